@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <vector>
+
+namespace tallyvox {
+
+/// The folder of the recordings `1.wav` … `128.wav`: "Voices" in the resource folder if number 1
+/// is there, otherwise the resources of a `Tallyvox.app` beside the executable, unchecked.
+std::filesystem::path voiceRoot();
+
+/// The recording of `number` as a voice at `rate` Hz: first channel only, peak 1.0. Reads the file
+/// afresh. Throws the file service's error unchanged, or an `Error` of domain "Voice", code 1 when
+/// no memory for the samples can be had, 2 when they cannot be had as floats.
+std::vector<float> loadVoice(std::int64_t number, double rate);
+
+/// `samples` at `fileRate` Hz as a voice at `rate` Hz: linear interpolation in double-precision
+/// positions, each sample divided by the peak, or by 0.001 where the peak is no greater. An output
+/// length that is negative or no 64-bit number is fatal.
+std::vector<float> makeVoice(std::span<const float> samples, double fileRate, double rate);
+
+}

@@ -1,0 +1,2 @@
+#include "base/fatal.h"
+#include "model/Model.h"
