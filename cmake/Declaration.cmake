@@ -13,4 +13,5 @@ room(ui USES base engine audio model)
 room(app USES base engine audio model ui)
 room(ctl USES base engine audio model)
 room(platform USES base
-     HEADERS engine/AudioBufferList.h engine/AudioFile.h engine/Environment.h audio/Hardware.h)
+     HEADERS engine/AudioBufferList.h engine/AudioFile.h engine/Environment.h
+             engine/WaveWriter.h audio/Hardware.h)
