@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tallyvox {
@@ -52,6 +53,15 @@ public:
     /// The devices in the service's own order, or nothing where the service does not answer.
     virtual std::optional<std::vector<DeviceRecord>> devices() = 0;
 
+    /// One of them, or nothing where it is not listed now.
+    virtual std::optional<DeviceRecord> device(std::uint32_t id) {
+        if (auto listed = devices())
+            for (DeviceRecord& record : *listed)
+                if (record.id == id)
+                    return std::move(record);
+        return {};
+    }
+
     /// Prepares a stream that will hand `callback` one buffer list of the device's shape per I/O
     /// cycle; answers a status, 0 for success.
     virtual std::int32_t open(std::uint32_t device, Hardware::IOCallback callback,
@@ -61,7 +71,7 @@ public:
 /// The layer's mark in the two top bits of a device id.
 enum class LayerTag : std::uint32_t { virtualDevices = 0, pipewire = 1, jack = 2, alsa = 3 };
 
-/// `serial` (its 30 low bits) as a device id of the layer `tag`.
+/// `serial` (its 30 low bits) as a device id of the layer `tag`. The ids 0 and 1 are no devices.
 constexpr std::uint32_t deviceId(LayerTag tag, std::uint64_t serial) noexcept {
     return static_cast<std::uint32_t>(tag) << 30U |
            static_cast<std::uint32_t>(serial & 0x3FFFFFFFU);

@@ -4,7 +4,6 @@
 #include "platform/common/Layer.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,7 +13,8 @@ namespace tallyvox {
 /// Answers the contract's property queries from the typed records of its layers. Devices are
 /// listed layer by layer in the order given; layers that stand in for an absent server are asked
 /// only when no other layer answers. The value of a property is the layer's at the time of the
-/// query, the size and the data read each on its own. Main thread only.
+/// query, the size and the data read each on its own. A device has one stream, of the device's own
+/// id. Main thread only.
 class PropertyServer : public Hardware {
 public:
     /// `servers` are listed together; `hardware` only when none of `servers` answers.
