@@ -1,0 +1,53 @@
+#include "audio/deviceLine.h"
+#include "audio/devices.h"
+#include "audio/layer.h"
+#include "ctl/console.h"
+#include "ctl/verbs.h"
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QString>
+
+#include <memory>
+
+namespace tallyvox {
+namespace {
+
+void listAsText() {
+    for (const OutputDevice& device : devices()) {
+        const std::string name = layer(device.id);
+        print(deviceLine(device) + (name.empty() ? "" : " | " + name));
+    }
+}
+
+void listAsJson() {
+    QJsonArray list;
+    for (const OutputDevice& device : devices())
+        list.append(QJsonObject{{"id", qint64{device.id}},
+                                {"name", QString::fromStdString(device.name)},
+                                {"channels", qint64{device.channels}},
+                                {"rate", device.rate},
+                                {"layer", QString::fromStdString(layer(device.id))}});
+    print(QJsonDocument(list).toJson().trimmed().toStdString());
+}
+
+}
+
+void addList(CLI::App& program, Action& action) {
+    auto* verb =
+        program.add_subcommand("list", "List the outputs: id, name, channels, rate, layer");
+    const auto json = std::make_shared<bool>(false);
+    verb->add_flag("--json", *json, "As a JSON array of objects");
+    verb->footer("One line an output, in the order of the sound servers; nothing where there is "
+                 "no output.");
+    verb->callback([&action, json] {
+        action = [json] {
+            *json ? listAsJson() : listAsText();
+            return ExitCode::done;
+        };
+    });
+}
+
+}

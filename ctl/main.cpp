@@ -1,0 +1,73 @@
+#include "base/Error.h"
+#include "ctl/console.h"
+#include "ctl/verbs.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Error.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+namespace {
+
+constexpr auto description =
+    "Every channel of an audio output speaks its own number: channel 1 says one, channel 2 says "
+    "two, up to channel 128. The companion of tallyvox for racks and terminals.";
+
+constexpr auto footer = R"(Examples:
+  tallyvoxctl list
+  tallyvoxctl play --all --sequential --rounds 1
+  tallyvoxctl play --output "Dante" --first 17 --last 32 --db -30
+  tallyvoxctl export check.wav --channels 64 --rate 48000 --all
+
+Results go to standard output, diagnostics to standard error.
+
+Exit status:
+  0    done
+  1    failed: standard error says why
+  2    the command line cannot be understood
+  130  interrupted
+
+Environment:
+  TALLYVOX_AUDIO   narrows the outputs to one layer (pipewire, jack, alsa), or replaces them by
+                   virtual ones: virtual:8@44100,64@48000
+  TALLYVOX_RECORD  the WAV file that a virtual output writes while it plays
+
+'tallyvoxctl VERB --help' explains a verb.)";
+
+}
+
+int main(int argc, char** argv) {
+    using namespace tallyvox;
+    // A reader that has gone and a limit of file size are errors like others, not ends in
+    // mid-sound.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+
+    CLI::App program(description, "tallyvoxctl");
+    program.footer(footer);
+    program.set_version_flag("--version", "tallyvoxctl " TALLYVOX_VERSION);
+    program.require_subcommand(1);
+    Action action;
+    addList(program, action);
+    addPlay(program, action);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? ExitCode::done : ExitCode::usage;
+    }
+
+    try {
+        const int code = action();
+        checkOutput();
+        return code;
+    } catch (const Error& error) {
+        // Whoever closed the pipe has seen enough.
+        if (error.domain() != "Output" || error.code() != EPIPE)
+            complain(error.what());
+        return ExitCode::failed;
+    }
+}
