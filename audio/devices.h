@@ -14,6 +14,8 @@ struct OutputDevice {
     std::string name;      ///< UTF-8, or "Unknown output"
     std::int64_t channels; ///< output channels over all streams, at least 1 in a listed record
     double rate;           ///< nominal rate in Hz, 0 where it cannot be read
+
+    bool operator==(const OutputDevice&) const = default;
 };
 
 /// The address of a property at the main element, in the global scope unless another is given.
