@@ -10,7 +10,7 @@ namespace tallyvox {
 /// part: "48000.0", "47952.5".
 std::string rateText(double rate);
 
-/// One output as one line: "73: Dante Virtual Soundcard | 64 outputs | 48000.0 Hz". The name is
+/// One output as one line: "73: Stage box | 64 outputs | 48000.0 Hz". The name is
 /// written as it is.
 std::string deviceLine(const OutputDevice& device);
 
