@@ -2,6 +2,7 @@
 
 #include "base/Error.h"
 #include "ctl/Between.h"
+#include "model/range.h"
 
 #include <CLI/Error.hpp>
 #include <CLI/Option.hpp>
@@ -11,8 +12,6 @@
 
 namespace tallyvox {
 namespace {
-
-constexpr std::int64_t mostChannels = 128;
 
 /// The range without any choice reaches as far as in the window.
 constexpr std::int64_t fewChannels = 8;
@@ -24,7 +23,7 @@ void refuseContradictions(const Choices& choices) {
                                                  " lies before the first channel, " +
                                                  std::to_string(first));
     if (choices.solo &&
-        (*choices.solo < first || *choices.solo > choices.last.value_or(mostChannels)))
+        (*choices.solo < first || *choices.solo > choices.last.value_or(kLargestChannel)))
         throw CLI::ValidationError("--solo", "channel " + std::to_string(*choices.solo) +
                                                  " lies outside the range");
 }
@@ -41,18 +40,18 @@ void refuseBeyond(std::int64_t channel, std::int64_t channels) {
 void addChoices(CLI::App& verb, Choices& choices, const char* lengthDefault) {
     auto* first = verb.add_option("--first", choices.first, "First channel to speak; otherwise 1")
                       ->type_name("N")
-                      ->check(Between(1, mostChannels));
+                      ->check(Between(1, kLargestChannel));
     auto* last = verb.add_option("--last", choices.last,
                                  "Last channel to speak; otherwise 8, or with --first or --solo "
                                  "the last channel of the output")
                      ->type_name("N")
-                     ->check(Between(1, mostChannels));
+                     ->check(Between(1, kLargestChannel));
     verb.add_flag("--all", choices.all, "All channels of the output, up to 128")
         ->excludes(first)
         ->excludes(last);
     auto* solo = verb.add_option("--solo", choices.solo, "Only this channel of the range speaks")
                      ->type_name("N")
-                     ->check(Between(1, mostChannels));
+                     ->check(Between(1, kLargestChannel));
     verb.add_flag("--sequential", choices.sequential,
                   "One channel after another in turn, instead of all together")
         ->excludes(solo);
@@ -77,7 +76,7 @@ void addChoices(CLI::App& verb, Choices& choices, const char* lengthDefault) {
 }
 
 Range rangeOn(const Choices& choices, std::int64_t channels) {
-    const std::int64_t ceiling = std::min(channels, mostChannels);
+    const std::int64_t ceiling = rangeCeiling(channels);
     const bool few = !choices.all && !choices.first && !choices.solo;
     const Range range{choices.first.value_or(1),
                       choices.last.value_or(few ? std::min(fewChannels, ceiling) : ceiling)};

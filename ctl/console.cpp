@@ -29,7 +29,9 @@ void print(std::string_view line) {
         outputFailure = errno;
 }
 
-void complain(std::string_view line) { write(stderr, "tallyvoxctl: " + std::string(line) + '\n'); }
+void diagnose(std::string_view line) { write(stderr, std::string(line) + '\n'); }
+
+void complain(std::string_view line) { diagnose("tallyvoxctl: " + std::string(line)); }
 
 void checkOutput() {
     if (std::ferror(stdout) == 0)

@@ -7,7 +7,10 @@ namespace tallyvox {
 /// Writes a line of results to standard output, at once. A failure shows in `checkOutput`.
 void print(std::string_view line);
 
-/// Writes a line of diagnosis to standard error, after the program's name.
+/// Writes a line of diagnosis to standard error, as it is.
+void diagnose(std::string_view line);
+
+/// The same after the program's name.
 void complain(std::string_view line);
 
 /// Throws an `Error` of domain "Output", with the system's own number as its code, where a line of

@@ -1,15 +1,18 @@
 #include "ctl/loudness.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 
 namespace tallyvox {
 namespace {
 
 std::string level(double db) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.1f dBFS", db);
-    return text;
+    std::array<char, 32> digits{};
+    const auto end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), db, std::chars_format::fixed, 1)
+            .ptr;
+    return std::string(digits.data(), end) + " dBFS";
 }
 
 }

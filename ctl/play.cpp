@@ -1,18 +1,24 @@
-#include "audio/AudioOutput.h"
-#include "audio/devices.h"
-#include "base/Error.h"
+#include "audio/xruns.h"
 #include "ctl/Choices.h"
 #include "ctl/Interruption.h"
+#include "ctl/Rounds.h"
+#include "ctl/chooseOutput.h"
 #include "ctl/console.h"
-#include "ctl/findOutput.h"
+#include "ctl/liveState.h"
 #include "ctl/loudness.h"
 #include "ctl/verbs.h"
+#include "model/Model.h"
+#include "model/OutputWatch.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QSocketNotifier>
 #include <QTimer>
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tallyvox {
@@ -23,49 +29,135 @@ struct Wish {
     Choices choices;
 };
 
-int play(const Wish& wish) {
-    const auto outputs = devices();
-    if (outputs.empty())
-        throw Error("Output choice", 1, "There is no output.");
-    const OutputDevice output =
-        wish.output.empty() ? outputs.front() : findOutput(outputs, wish.output);
-    const Range range = rangeOn(wish.choices, output.channels);
-    std::vector<bool> enabled(
-        static_cast<std::size_t>(std::min<std::int64_t>(output.channels, 128)));
-    for (std::int64_t channel = range.first; channel <= range.last; ++channel)
-        enabled[static_cast<std::size_t>(channel - 1)] =
-            channel == wish.choices.solo.value_or(channel);
-    const bool one = wish.choices.sequential || wish.choices.solo;
-    print(loudness(one ? 1 : range.last - range.first + 1, wish.choices.db));
+/// One announcement from its start to its end, on the application's event loop.
+class Session {
+public:
+    explicit Session(const Wish& wish);
 
-    int count = 0;
-    QCoreApplication application(count, nullptr);
-    const Interruption interruption;
-    QSocketNotifier notifier(interruption.descriptor(), QSocketNotifier::Read);
-    AudioOutput audio;
-    int code = ExitCode::done;
-    const auto finish = [&](int answer) {
-        audio.stop();
-        code = answer;
-        QCoreApplication::quit();
-    };
-    QObject::connect(&notifier, &QSocketNotifier::activated,
-                     [&] { finish(ExitCode::interrupted); });
-    audio.start(output, enabled, wish.choices.db, wish.choices.gap, wish.choices.sequential);
-    print("Playing to " + output.name);
-    std::optional<double> seconds = wish.choices.seconds;
-    const auto& renderer = *audio.renderer();
-    if (wish.choices.rounds)
-        seconds =
-            static_cast<double>(*wish.choices.rounds * renderer.cycle() *
-                                (wish.choices.sequential ? range.last - range.first + 1 : 1)) /
-            output.rate;
-    if (seconds)
-        QTimer::singleShot(std::chrono::milliseconds(static_cast<std::int64_t>(*seconds * 1000)),
-                           Qt::PreciseTimer, [&] { finish(ExitCode::done); });
+    /// Plays and answers the exit code.
+    int run();
+
+private:
+    void choose();
+    void started();
+    void tick();
+    void watch();
+    void stop(int code);
+    void fail();
+
+    const Wish& wish_;
+    Model model_;
+    Interruption interruption_;
+    QSocketNotifier interrupted_;
+    QTimer tick_;
+    QTimer watch_;
+    QElapsedTimer elapsed_;
+    std::optional<Rounds> rounds_;
+    double rate_ = 0.0;
+    std::optional<double> length_; ///< seconds
+    LiveLine line_;
+    int code_ = ExitCode::done;
+};
+
+Session::Session(const Wish& wish)
+    : wish_(wish), interrupted_(interruption_.descriptor(), QSocketNotifier::Read) {
+    tick_.setSingleShot(true);
+    tick_.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&interrupted_, &QSocketNotifier::activated,
+                     [this] { stop(ExitCode::interrupted); });
+    QObject::connect(&tick_, &QTimer::timeout, [this] { tick(); });
+    QObject::connect(&watch_, &QTimer::timeout, [this] { watch(); });
+    QObject::connect(&model_, &Model::busyChanged, [this] {
+        if (!model_.busy())
+            started();
+    });
+}
+
+void Session::choose() {
+    const Choices& choices = wish_.choices;
+    if (!wish_.output.empty())
+        model_.setSelected(chooseOutput(model_.outputs(), wish_.output).id);
+    const auto output = model_.selectedDevice();
+    if (!output)
+        return;
+    const Range range = rangeOn(choices, output->channels);
+    model_.setFirst(range.first);
+    model_.setLast(range.last);
+    model_.setSolo(choices.solo.value_or(0));
+    model_.setDb(choices.db);
+    model_.setGap(choices.gap);
+    model_.setSequential(choices.sequential);
+    const bool together = !choices.sequential && !choices.solo;
+    print(loudness(together ? range.last - range.first + 1 : 1, choices.db));
+}
+
+int Session::run() {
+    choose();
+    model_.start();
+    if (!model_.busy()) {
+        diagnose(model_.status().toStdString());
+        return ExitCode::failed;
+    }
+    print(model_.status().toStdString());
     QCoreApplication::exec();
-    print("Stopped.");
-    return code;
+    return code_;
+}
+
+void Session::started() {
+    if (!model_.running())
+        return fail();
+    elapsed_.start();
+    print(model_.status().toStdString());
+    rounds_.emplace(*model_.audio().renderer());
+    rate_ = model_.selectedDevice()->rate;
+    length_ = wish_.choices.seconds;
+    if (wish_.choices.rounds)
+        length_ = static_cast<double>(*wish_.choices.rounds) *
+                  static_cast<double>(rounds_->frames()) / rate_;
+    watch_.start(std::chrono::seconds(1));
+    tick();
+}
+
+void Session::tick() {
+    const double seconds = static_cast<double>(elapsed_.nsecsElapsed()) / 1e9;
+    double pause = 0.1;
+    if (length_) {
+        const double left = *length_ - seconds;
+        if (left <= 0)
+            return stop(ExitCode::done);
+        pause = std::min(pause, left);
+    }
+    line_.show(liveState(seconds, rate_, *rounds_, xruns(model_.selected())));
+    tick_.start(std::chrono::milliseconds(static_cast<std::int64_t>(std::ceil(pause * 1000))));
+}
+
+void Session::watch() {
+    watchOutput(model_);
+    if (!model_.running())
+        fail();
+}
+
+void Session::stop(int code) {
+    model_.stop();
+    line_.clear();
+    print(model_.status().toStdString());
+    code_ = code;
+    QCoreApplication::quit();
+}
+
+void Session::fail() {
+    line_.clear();
+    diagnose(model_.status().toStdString());
+    code_ = ExitCode::failed;
+    QCoreApplication::quit();
+}
+
+int play(const Wish& wish) {
+    std::string name = "tallyvoxctl";
+    char* arguments[] = {name.data(), nullptr};
+    int count = 1;
+    const QCoreApplication application(count, arguments);
+    return Session(wish).run();
 }
 
 }
@@ -74,7 +166,8 @@ void addPlay(CLI::App& program, Action& action) {
     auto* verb = program.add_subcommand("play", "Let every channel of an output speak its number");
     const auto wish = std::make_shared<Wish>();
     verb->add_option("--output", wish->output,
-                     "The output, by id or name or part of the name; otherwise the first")
+                     "The output, by its id, its name or a part of its name; otherwise the first "
+                     "with \"Dante\" in its name, else the first of all")
         ->type_name("ID|NAME");
     addChoices(*verb, wish->choices, "when interrupted");
     verb->callback([&action, wish] { action = [wish] { return play(*wish); }; });

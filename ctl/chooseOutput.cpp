@@ -1,4 +1,4 @@
-#include "ctl/findOutput.h"
+#include "ctl/chooseOutput.h"
 
 #include "base/Error.h"
 
@@ -20,7 +20,7 @@ std::string listed(const std::vector<OutputDevice>& outputs) {
 
 }
 
-OutputDevice findOutput(const std::vector<OutputDevice>& outputs, const std::string& wanted) {
+OutputDevice chooseOutput(const std::vector<OutputDevice>& outputs, const std::string& wanted) {
     const auto part = QString::fromStdString(wanted);
     const std::function<bool(const OutputDevice&)> ways[] = {
         [&](const OutputDevice& output) { return std::to_string(output.id) == wanted; },

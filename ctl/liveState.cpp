@@ -1,0 +1,27 @@
+#include "ctl/liveState.h"
+
+#include "base/checked.h"
+
+namespace tallyvox {
+namespace {
+
+std::string clockText(std::int64_t seconds) {
+    const std::string rest = std::to_string(seconds % 60);
+    return std::to_string(seconds / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+}
+
+}
+
+std::string liveState(double seconds, double rate, const Rounds& rounds,
+                      std::optional<std::uint64_t> xruns) {
+    const std::int64_t frame = checkedTruncate(seconds * rate);
+    std::string text =
+        clockText(checkedTruncate(seconds)) + "  round " + std::to_string(rounds.roundAt(frame));
+    if (const std::int64_t channel = rounds.channelAt(frame); channel != 0)
+        text += "  channel " + std::to_string(channel);
+    if (xruns)
+        text += "  " + std::to_string(*xruns) + (*xruns == 1 ? " xrun" : " xruns");
+    return text;
+}
+
+}
