@@ -54,6 +54,7 @@ int main(int argc, char** argv) {
     Action action;
     addList(program, action);
     addPlay(program, action);
+    addExport(program, action);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

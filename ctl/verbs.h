@@ -22,5 +22,6 @@ struct ExitCode {
 /// it does.
 void addList(CLI::App& program, Action& action);
 void addPlay(CLI::App& program, Action& action);
+void addExport(CLI::App& program, Action& action);
 
 }
