@@ -14,4 +14,4 @@ room(app USES base engine audio model ui)
 room(ctl USES base engine audio model)
 room(platform USES base
      HEADERS engine/AudioBufferList.h engine/AudioFile.h engine/Environment.h
-             engine/WaveWriter.h audio/Hardware.h)
+             engine/WaveWriter.h audio/Hardware.h audio/SystemReport.h)

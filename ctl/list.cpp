@@ -2,13 +2,11 @@
 #include "audio/devices.h"
 #include "audio/layer.h"
 #include "ctl/console.h"
+#include "ctl/json.h"
 #include "ctl/verbs.h"
 
-#include <QByteArray>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
-#include <QString>
 
 #include <memory>
 
@@ -25,12 +23,8 @@ void listAsText() {
 void listAsJson() {
     QJsonArray list;
     for (const OutputDevice& device : devices())
-        list.append(QJsonObject{{"id", qint64{device.id}},
-                                {"name", QString::fromStdString(device.name)},
-                                {"channels", qint64{device.channels}},
-                                {"rate", device.rate},
-                                {"layer", QString::fromStdString(layer(device.id))}});
-    print(QJsonDocument(list).toJson().trimmed().toStdString());
+        list.append(deviceObject(device, layer(device.id)));
+    printJson(QJsonDocument(list));
 }
 
 }

@@ -55,6 +55,7 @@ int main(int argc, char** argv) {
     addList(program, action);
     addPlay(program, action);
     addExport(program, action);
+    addDoctor(program, action);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -23,5 +23,6 @@ struct ExitCode {
 void addList(CLI::App& program, Action& action);
 void addPlay(CLI::App& program, Action& action);
 void addExport(CLI::App& program, Action& action);
+void addDoctor(CLI::App& program, Action& action);
 
 }
