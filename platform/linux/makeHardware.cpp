@@ -1,6 +1,7 @@
 #include "platform/linux/makeHardware.h"
 
 #include "platform/common/PropertyServer.h"
+#include "platform/linux/jack/JackLayer.h"
 #include "platform/virtual/virtualLayer.h"
 
 #include <ostream>
@@ -21,13 +22,17 @@ std::unique_ptr<Hardware> makeHardware(std::string_view choice, const std::files
                                        std::ostream& complaints) {
     Layers servers;
     Layers fallback;
-    if (choice.starts_with(kVirtual)) {
+    if (choice.empty()) {
+        servers.push_back(makeJackLayer(JackServers::own));
+    } else if (choice == "jack") {
+        servers.push_back(makeJackLayer(JackServers::any));
+    } else if (choice.starts_with(kVirtual)) {
         if (auto devices = parseVirtualDevices(choice.substr(kVirtual.size())))
             servers.push_back(makeVirtualLayer(*std::move(devices), record));
     }
     if (!choice.empty() && servers.empty() && fallback.empty())
         complaints << "TALLYVOX_AUDIO=" << choice
-                   << " cannot be read: expected virtual:CHANNELS@RATE,CHANNELS@RATE...\n";
+                   << " cannot be read: expected jack or virtual:CHANNELS@RATE,CHANNELS@RATE...\n";
     return std::make_unique<PropertyServer>(std::move(servers), std::move(fallback));
 }
 

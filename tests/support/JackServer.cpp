@@ -1,0 +1,94 @@
+#include "tests/support/JackServer.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+
+namespace tallyvox {
+namespace {
+
+Command device(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), TALLYVOX_JACK_DEVICE);
+    return {.line = std::move(arguments)};
+}
+
+std::unique_ptr<Process> ready(const Command& command) {
+    auto process = std::make_unique<Process>(command);
+    if (!process->shows("ready"))
+        throw std::runtime_error("the device does not start: " + process->err());
+    return process;
+}
+
+}
+
+bool JackServer::available() { return std::system("command -v jackd >/dev/null") == 0; }
+
+JackServer::JackServer(Setup setup)
+    : setup_(setup), name_("tallyvox-test-" + std::to_string(getpid())) {
+    setenv("JACK_DEFAULT_SERVER", name_.c_str(), 1);
+    start();
+}
+
+JackServer::~JackServer() {
+    if (process_)
+        stop();
+}
+
+void JackServer::stop() {
+    process_->send(SIGCONT);
+    process_->send(SIGTERM);
+    process_->end();
+    process_.reset();
+}
+
+void JackServer::start() {
+    Command command{.line = {"jackd", "--name", name_, "--no-realtime", "--timeout", "4000",
+                             "--port-max", "2048"}};
+    auto& line = command.line;
+    if (setup_.synchronous)
+        line.emplace_back("--sync");
+    for (const auto& text :
+         {std::string("-d"), std::string("dummy"), std::string("--rate"),
+          std::to_string(setup_.rate), std::string("--period"), std::to_string(setup_.period),
+          std::string("--capture"), std::string("0"), std::string("--playback"),
+          std::to_string(setup_.playback), std::string("--wait"),
+          std::to_string(1'000'000LL * setup_.period / setup_.rate)})
+        line.push_back(text);
+    process_ = std::make_unique<Process>(command);
+    const auto up = run({.line = {"jack_wait", "--server", name_, "--wait", "--timeout", "30"}});
+    if (up.exitCode != 0)
+        throw std::runtime_error("jackd does not start: " + process_->out() + process_->err());
+}
+
+JackOutput::JackOutput(const std::string& name, int channels)
+    : process_(ready(device({name, std::to_string(channels)}))) {}
+
+JackOutput::JackOutput(const std::string& name, int channels, const std::string& file, int frames)
+    : process_(ready(device({name, std::to_string(channels), file, std::to_string(frames)}))) {}
+
+JackOutput::~JackOutput() {
+    if (process_)
+        remove();
+}
+
+void JackOutput::remove() {
+    process_->send(SIGTERM);
+    process_->end();
+    process_.reset();
+}
+
+bool eventually(const std::function<bool()>& holds, std::chrono::milliseconds patience) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (!holds()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+}

@@ -1,0 +1,86 @@
+// An output device for tests: a JACK client with physical inputs that may capture what it gets.
+//   jack_device NAME CHANNELS [FILE FRAMES]
+
+#include <jack/jack.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Device {
+    std::vector<jack_port_t*> ports;
+    std::size_t frames = 0;
+    std::size_t captured = 0;
+    bool started = false;
+    std::vector<float> samples;
+    std::atomic<bool> complete = false;
+
+    /// Real-time: appends the cycle's frames to the capture, once one is not silent.
+    void process(jack_nframes_t count) {
+        for (jack_nframes_t frame = 0; frame < count && captured < frames; ++frame) {
+            float* target = &samples[captured * ports.size()];
+            for (std::size_t i = 0; i < ports.size(); ++i)
+                target[i] = static_cast<const float*>(jack_port_get_buffer(ports[i], count))[frame];
+            started = started || std::any_of(target, target + ports.size(),
+                                             [](float sample) { return sample != 0; });
+            if (started)
+                ++captured;
+        }
+        if (captured == frames)
+            complete = true;
+    }
+};
+
+std::atomic<bool> ending = false;
+
+}
+
+int main(int count, char** arguments) {
+    if (count != 3 && count != 5)
+        return 2;
+    static Device device;
+    auto* client = jack_client_open(arguments[1], JackNoStartServer, nullptr);
+    if (client == nullptr)
+        return 1;
+    for (int i = 1; i <= std::atoi(arguments[2]); ++i)
+        device.ports.push_back(
+            jack_port_register(client, ("in_" + std::to_string(i)).c_str(), JACK_DEFAULT_AUDIO_TYPE,
+                               JackPortIsInput | JackPortIsPhysical | JackPortIsTerminal, 0));
+    if (count == 5) {
+        device.frames = static_cast<std::size_t>(std::atol(arguments[4]));
+        device.samples.assign(device.frames * device.ports.size(), 0.0F);
+    }
+    jack_set_process_callback(
+        client,
+        [](jack_nframes_t frames, void* self) {
+            static_cast<Device*>(self)->process(frames);
+            return 0;
+        },
+        &device);
+    jack_activate(client);
+    std::signal(SIGTERM, [](int) { ending = true; });
+    std::puts("ready");
+    std::fflush(stdout);
+    while (!ending && (count == 3 || !device.complete))
+        usleep(5000);
+    if (!ending) {
+        std::ofstream(arguments[3], std::ios::binary)
+            .write(reinterpret_cast<const char*>(device.samples.data()),
+                   static_cast<std::streamsize>(device.samples.size() * sizeof(float)));
+        std::puts("captured");
+        std::fflush(stdout);
+    }
+    while (!ending)
+        usleep(5000);
+    jack_client_close(client);
+}
