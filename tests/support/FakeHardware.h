@@ -17,7 +17,8 @@ namespace tallyvox {
 
 /// A hardware layer whose every answer is scripted and whose I/O cycles are driven by hand.
 ///
-/// `addDevice` gives a device that behaves; `property` changes any single answer of it.
+/// `addDevice` gives a device that behaves; `property` changes any single answer of it. Where no
+/// other layer is handed in, `hardware()` is one without devices.
 class FakeHardware : public Hardware {
 public:
     /// What one property answers.

@@ -78,6 +78,8 @@ std::vector<float> VoicesFolder::voice(std::int64_t number) {
     return samples;
 }
 
+void VoicesFolder::clear(std::int64_t number) const { writeWav(file(number), {}, 48000); }
+
 std::filesystem::path VoicesFolder::file(std::int64_t number) const {
     return folder_ / "Voices" / (std::to_string(number) + ".wav");
 }

@@ -23,6 +23,8 @@ public:
     static std::vector<float> voice(std::int64_t number);
 
     std::filesystem::path file(std::int64_t number) const;
+    /// Leaves recording `number` without a frame.
+    void clear(std::int64_t number) const;
     /// Takes recording `number` away.
     void remove(std::int64_t number) const { std::filesystem::remove(file(number)); }
 
