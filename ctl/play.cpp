@@ -1,6 +1,6 @@
 #include "audio/xruns.h"
+#include "base/Interruption.h"
 #include "ctl/Choices.h"
-#include "ctl/Interruption.h"
 #include "ctl/Rounds.h"
 #include "ctl/chooseOutput.h"
 #include "ctl/console.h"

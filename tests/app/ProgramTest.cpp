@@ -42,10 +42,10 @@ protected:
     Outcome outcome(std::vector<std::string> words,
                     const std::string& audio = "virtual:8@44100,64@48000") const {
         words.insert(words.begin(), program().string());
-        return run(
-            {.line = words,
-             .set = {{"TALLYVOX_AUDIO", audio}, {"XDG_RUNTIME_DIR", folder.path().string()}},
-             .unset = {"PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "DISPLAY", "WAYLAND_DISPLAY"}});
+        return run({.line = words,
+                    .set = {{"TALLYVOX_AUDIO", audio}, {"XDG_RUNTIME_DIR", folder.path().string()}},
+                    .unset = {"PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "DISPLAY",
+                              "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}});
     }
 
     void expectSelfTestPasses(const std::vector<std::string>& words) const {
@@ -151,13 +151,13 @@ TEST_F(Program, ListsNothingWhereThereIsNoOutput) {
     EXPECT_EQ(ended.out, "");
 }
 
-TEST_F(Program, KnowsItsSwitchesOnlyByTheirExactNames) {
+TEST_F(Program, WantsADisplayForItsWindowWhereItIsGivenAnyOtherWord) {
     for (const char* word :
-         {"--help", "-h", "--Devices", "-devices", "--devices=1", "--self-tes"}) {
-        const Outcome ended = outcome({word});
+         {"--help", "-h", "--Devices", "-devices", "--devices=1", "--self-tes", "-platform"}) {
+        const Outcome ended = outcome({word, "offscreen"});
         EXPECT_EQ(ended.exitCode, 1) << word;
         EXPECT_EQ(ended.out, "") << word;
-        EXPECT_THAT(ended.err, HasSubstr("no window")) << word;
+        EXPECT_THAT(ended.err, HasSubstr("no display")) << word;
     }
 }
 

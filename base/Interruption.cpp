@@ -1,4 +1,4 @@
-#include "ctl/Interruption.h"
+#include "base/Interruption.h"
 
 #include "base/Error.h"
 

@@ -1,0 +1,46 @@
+#include "ui/desktop.h"
+
+#include <QtGui/QGuiApplication>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+namespace tallyvox {
+
+namespace {
+
+xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
+    const auto length = static_cast<std::uint16_t>(name.size());
+    const auto cookie = xcb_intern_atom(connection, 0, length, name.data());
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+}
+
+bool hasDisplay() {
+    return std::ranges::any_of(std::array{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"},
+                               [](const char* name) { return !qEnvironmentVariableIsEmpty(name); });
+}
+
+/// On X11 the window carries the hint that window managers look for; on Wayland the frame that the
+/// toolkit draws follows the application's palette.
+void askForDarkFrame(QWindow& window) {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr) {
+        return;
+    }
+    constexpr std::string_view dark = "dark";
+    xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
+                        static_cast<xcb_window_t>(window.winId()),
+                        atom(x11->connection(), "_GTK_THEME_VARIANT"),
+                        atom(x11->connection(), "UTF8_STRING"), 8, dark.size(), dark.data());
+}
+
+}

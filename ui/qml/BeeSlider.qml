@@ -1,0 +1,69 @@
+import QtQuick
+import QtQuick.Templates as T
+import Tallyvox
+
+// A level to drag. It shows `shown` and asks for what the operator moves it to.
+T.Slider {
+    id: slider
+
+    required property string name
+    required property string valueText
+
+    // The operator wants the value to be so much.
+    signal wanted(real value)
+
+    implicitWidth: 200
+    implicitHeight: 20
+    snapMode: T.Slider.SnapAlways
+    opacity: enabled ? 1 : 0.5
+    layer.enabled: opacity < 1
+
+    onMoved: wanted(value)
+    Keys.onUpPressed: wanted(value + stepSize)
+    Keys.onDownPressed: wanted(value - stepSize)
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End;
+        if (event.accepted)
+            wanted(event.key === Qt.Key_Home ? from : to);
+    }
+
+    Spoken.role: Spoken.Slider
+    Spoken.name: name
+    Spoken.description: valueText
+    Spoken.value: value
+    Spoken.least: from
+    Spoken.most: to
+    Spoken.step: stepSize
+    Spoken.focused: activeFocus
+    Spoken.onValueRequested: value => wanted(value)
+
+    background: Item {
+        Rectangle {
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.width
+            height: 4
+            radius: 2
+            color: Bee.faded(Bee.muted, 0.25)
+
+            Rectangle {
+                width: slider.handle.x + slider.handle.width / 2
+                height: 4
+                radius: 2
+                color: Bee.yellow
+            }
+        }
+    }
+
+    handle: Rectangle {
+        x: Math.round(slider.visualPosition * (slider.width - width))
+        width: 20
+        height: 20
+        radius: 10
+        color: Qt.lighter(Bee.muted, slider.pressed ? 1.33 : 1.25)
+
+        FocusRing {
+            visible: slider.visualFocus
+            radius: 13
+        }
+    }
+}

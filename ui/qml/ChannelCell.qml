@@ -1,0 +1,73 @@
+import QtQuick
+import QtQuick.Templates as T
+import Tallyvox
+
+// One channel: its number, and whether it alone will play.
+T.AbstractButton {
+    id: cell
+
+    required property string number
+    required property string caption
+    required property bool soloed
+    required property bool dimmed
+    property bool current: false
+
+    readonly property color ink: soloed ? Bee.background : Bee.yellow
+
+    focusPolicy: Qt.NoFocus
+    implicitHeight: 66
+    opacity: dimmed ? 0.4 : 1
+    layer.enabled: opacity < 1
+    layer.sourceRect: Qt.rect(-1, -1, width + 2, height + 2)
+
+    Spoken.role: Spoken.Button
+    Spoken.name: text
+    Spoken.checked: soloed
+    Spoken.focused: current
+    Spoken.onPressed: clicked()
+
+    contentItem: Item {
+        Column {
+            anchors.centerIn: parent
+            spacing: 5
+
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: cell.number
+                font: Typeface.monospaced(21, Font.Bold)
+                color: cell.ink
+            }
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: cell.caption
+                font: Typeface.plain(10, Font.DemiBold)
+                color: cell.ink
+            }
+        }
+    }
+
+    background: Item {
+        Shape {
+            anchors.fill: parent
+            anchors.margins: -Shape.Margin
+            radius: 8
+            fill: cell.soloed ? Bee.yellow : Bee.panel
+            outline: cell.soloed ? Bee.yellow : Bee.faded(Bee.yellow, 0.3)
+        }
+        Shape {
+            anchors.fill: parent
+            radius: 7
+            visible: cell.current
+            outline: Bee.background
+            lineWidth: 2
+        }
+        Shape {
+            anchors.fill: parent
+            anchors.margins: -Shape.Margin
+            radius: 8
+            visible: cell.current
+            outline: Bee.yellow
+            lineWidth: 2
+        }
+    }
+}
