@@ -8,15 +8,10 @@ T.AbstractButton {
 
     required property bool prominent
     property real disabledOpacity: 1
+    property color ground: Bee.background
 
-    leftPadding: 18
-    rightPadding: 18
-    topPadding: 12
-    bottomPadding: 12
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    opacity: (down ? 0.7 : 1) * (enabled ? 1 : disabledOpacity)
-    layer.enabled: opacity < 1
+    implicitWidth: implicitContentWidth
+    implicitHeight: implicitContentHeight
 
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
@@ -26,16 +21,10 @@ T.AbstractButton {
     Spoken.focused: activeFocus
     Spoken.onPressed: clicked()
 
-    contentItem: Text {
-        text: button.text
-        textFormat: Text.PlainText
-        font: Typeface.plain(14, Font.DemiBold)
-        color: button.prominent ? Bee.background : Bee.yellow
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
-    }
+    contentItem: Item {
+        implicitWidth: words.implicitWidth + 36
+        implicitHeight: words.implicitHeight + 24
 
-    background: Item {
         Shape {
             anchors.fill: parent
             anchors.margins: -Shape.Margin
@@ -44,6 +33,22 @@ T.AbstractButton {
             fill: button.prominent ? Bee.yellow : Bee.panel
             outline: Bee.faded(Bee.yellow, button.prominent ? 0 : 0.5)
         }
+        Text {
+            id: words
+
+            anchors.centerIn: parent
+            text: button.text
+            textFormat: Text.PlainText
+            font: Typeface.plain(14, Font.DemiBold)
+            color: button.prominent ? Bee.background : Bee.yellow
+        }
+        Veil {
+            strength: (button.down ? 0.7 : 1) * (button.enabled ? 1 : button.disabledOpacity)
+            ground: button.ground
+        }
+    }
+
+    background: Item {
         FocusRing {
             visible: button.visualFocus
         }

@@ -13,8 +13,6 @@ T.AbstractButton {
     spacing: 8
     implicitWidth: implicitContentWidth
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    opacity: enabled ? 1 : 0.5
-    layer.enabled: opacity < 1
 
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
@@ -50,5 +48,10 @@ T.AbstractButton {
             anchors.rightMargin: -6
             visible: box.visualFocus
         }
+    }
+
+    Veil {
+        strength: box.enabled ? 1 : 0.5
+        ground: Bee.panel
     }
 }

@@ -16,8 +16,6 @@ T.ComboBox {
     rightPadding: 32
     currentIndex: chosen
     displayText: chosen < 0 ? "" : model[chosen]
-    opacity: enabled ? 1 : 0.5
-    layer.enabled: opacity < 1
 
     onEnabledChanged: if (!enabled) popup.close()
 
@@ -41,6 +39,7 @@ T.ComboBox {
         anchors.fill: parent
         anchors.margins: -Shape.Margin
         radius: 6
+        clipped: true
         fill: Bee.faded(Bee.muted, picker.down ? 0.28 : 0.2)
         outline: Bee.faded(Bee.muted, 0.12)
 
@@ -103,5 +102,10 @@ T.ComboBox {
             Spoken.name: picker.name
             T.ScrollBar.vertical: BeeScrollBar {}
         }
+    }
+
+    Veil {
+        strength: picker.enabled ? 1 : 0.5
+        ground: Bee.panel
     }
 }

@@ -15,8 +15,6 @@ T.Slider {
     implicitWidth: 200
     implicitHeight: 20
     snapMode: T.Slider.SnapAlways
-    opacity: enabled ? 1 : 0.5
-    layer.enabled: opacity < 1
 
     onMoved: wanted(value)
     Keys.onUpPressed: wanted(value + stepSize)
@@ -38,32 +36,43 @@ T.Slider {
     Spoken.onValueRequested: value => wanted(value)
 
     background: Item {
-        Rectangle {
+        Shape {
             anchors.verticalCenter: parent.verticalCenter
-            width: parent.width
-            height: 4
+            x: -Shape.Margin
+            width: parent.width + 2 * Shape.Margin
+            height: 4 + 2 * Shape.Margin
             radius: 2
-            color: Bee.faded(Bee.muted, 0.25)
-
-            Rectangle {
-                width: slider.handle.x + slider.handle.width / 2
-                height: 4
-                radius: 2
-                color: Bee.yellow
-            }
+            fill: Bee.faded(Bee.muted, 0.25)
+        }
+        Shape {
+            anchors.verticalCenter: parent.verticalCenter
+            x: -Shape.Margin
+            width: slider.handle.x + slider.handle.width / 2 + 2 * Shape.Margin
+            height: 4 + 2 * Shape.Margin
+            radius: 2
+            fill: Bee.yellow
         }
     }
 
-    handle: Rectangle {
+    handle: Item {
         x: Math.round(slider.visualPosition * (slider.width - width))
         width: 20
         height: 20
-        radius: 10
-        color: Qt.lighter(Bee.muted, slider.pressed ? 1.33 : 1.25)
 
+        Shape {
+            anchors.fill: parent
+            anchors.margins: -Shape.Margin
+            radius: 10
+            fill: Qt.lighter(Bee.muted, slider.pressed ? 1.33 : 1.25)
+        }
         FocusRing {
             visible: slider.visualFocus
             radius: 13
         }
+    }
+
+    Veil {
+        strength: slider.enabled ? 1 : 0.5
+        ground: Bee.panel
     }
 }

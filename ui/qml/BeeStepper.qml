@@ -17,8 +17,6 @@ T.Control {
     implicitWidth: implicitContentWidth
     implicitHeight: implicitContentHeight
     focusPolicy: Qt.StrongFocus
-    opacity: enabled ? 1 : 0.45
-    layer.enabled: opacity < 1
 
     Keys.onUpPressed: moved(1)
     Keys.onDownPressed: moved(-1)
@@ -111,5 +109,10 @@ T.Control {
             anchors.rightMargin: -6
             visible: stepper.visualFocus
         }
+    }
+
+    Veil {
+        strength: stepper.enabled ? 1 : 0.45
+        ground: Bee.panel
     }
 }

@@ -14,11 +14,9 @@ T.AbstractButton {
 
     readonly property color ink: soloed ? Bee.background : Bee.yellow
 
+    // Room for the outline around what fades as a whole.
+    padding: -Shape.Margin
     focusPolicy: Qt.NoFocus
-    implicitHeight: 66
-    opacity: dimmed ? 0.4 : 1
-    layer.enabled: opacity < 1
-    layer.sourceRect: Qt.rect(-1, -1, width + 2, height + 2)
 
     Spoken.role: Spoken.Button
     Spoken.name: text
@@ -27,6 +25,12 @@ T.AbstractButton {
     Spoken.onPressed: clicked()
 
     contentItem: Item {
+        Shape {
+            anchors.fill: parent
+            radius: 8
+            fill: cell.soloed ? Bee.yellow : Bee.panel
+            outline: cell.soloed ? Bee.yellow : Bee.faded(Bee.yellow, 0.3)
+        }
         Column {
             anchors.centerIn: parent
             spacing: 5
@@ -44,30 +48,26 @@ T.AbstractButton {
                 color: cell.ink
             }
         }
+        Veil {
+            strength: cell.dimmed ? 0.4 : 1
+            ground: Bee.background
+        }
     }
 
-    background: Item {
-        Shape {
-            anchors.fill: parent
-            anchors.margins: -Shape.Margin
-            radius: 8
-            fill: cell.soloed ? Bee.yellow : Bee.panel
-            outline: cell.soloed ? Bee.yellow : Bee.faded(Bee.yellow, 0.3)
-        }
-        Shape {
-            anchors.fill: parent
-            radius: 7
-            visible: cell.current
-            outline: Bee.background
-            lineWidth: 2
-        }
-        Shape {
-            anchors.fill: parent
-            anchors.margins: -Shape.Margin
-            radius: 8
-            visible: cell.current
-            outline: Bee.yellow
-            lineWidth: 2
-        }
+    // Shows where the keyboard is: inside, so that the grid's edge does not cut it.
+    Shape {
+        anchors.fill: parent
+        radius: 7
+        visible: cell.current
+        outline: Bee.background
+        lineWidth: 2
+    }
+    Shape {
+        anchors.fill: parent
+        anchors.margins: -Shape.Margin
+        radius: 8
+        visible: cell.current
+        outline: Bee.yellow
+        lineWidth: 2
     }
 }

@@ -53,6 +53,7 @@ T.Control {
                 cacheBuffer: 128 / grid.columns * cellHeight
                 boundsBehavior: Flickable.StopAtBounds
                 interactive: contentHeight - grid.gap > height
+                keyNavigationEnabled: true
                 highlightMoveDuration: 0
                 model: grid.presenter.channels
                 T.ScrollBar.vertical: scrollBar

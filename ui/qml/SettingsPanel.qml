@@ -48,6 +48,7 @@ Item {
             BeeButton {
                 text: "Refresh"
                 prominent: false
+                ground: Bee.panel
                 onClicked: panel.model.refresh()
             }
         }
