@@ -15,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const fs::path& path, int code, const std::string& reason) {
-    throw Error("File", code, path.string() + ": " + reason);
+    throw Error("File", code, "Cannot write \"" + path.string() + "\": " + reason + ".");
 }
 
 void succeed(const fs::path& path, const std::error_code& failure) {
@@ -23,10 +23,14 @@ void succeed(const fs::path& path, const std::error_code& failure) {
         fail(path, failure.value(), failure.message());
 }
 
-/// What `target` really is: a link stays one, and what it points to is replaced.
+/// What `target` really is: a link stays one, and what it points to is replaced, or made.
 fs::path resolved(const fs::path& target) {
+    constexpr int mostLinks = 40;
     std::error_code failure;
-    const fs::path real = fs::weakly_canonical(target, failure);
+    fs::path real = target;
+    for (int links = 0; fs::is_symlink(real, failure) && links < mostLinks; ++links)
+        real = real.parent_path() / fs::read_symlink(real, failure);
+    real = fs::weakly_canonical(real, failure);
     succeed(target, failure);
     return real;
 }

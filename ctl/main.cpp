@@ -38,6 +38,12 @@ Environment:
 
 'tallyvoxctl VERB --help' explains a verb.)";
 
+int refuse(const char* reason) {
+    tallyvox::complain(reason);
+    tallyvox::diagnose("'tallyvoxctl --help' and 'tallyvoxctl VERB --help' tell more.");
+    return tallyvox::ExitCode::usage;
+}
+
 }
 
 int main(int argc, char** argv) {
@@ -50,7 +56,7 @@ int main(int argc, char** argv) {
     CLI::App program(description, "tallyvoxctl");
     program.footer(footer);
     program.set_version_flag("--version", "tallyvoxctl " TALLYVOX_VERSION);
-    program.require_subcommand(1);
+    program.require_subcommand(0, 1);
     Action action;
     addList(program, action);
     addPlay(program, action);
@@ -59,8 +65,12 @@ int main(int argc, char** argv) {
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? ExitCode::done : ExitCode::usage;
+        if (error.get_exit_code() == 0)
+            return program.exit(error);
+        return refuse(error.what());
     }
+    if (!action)
+        return refuse("a verb is missing: list, play, export or doctor.");
 
     try {
         const int code = action();

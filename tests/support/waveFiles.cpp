@@ -40,6 +40,20 @@ void writeWave(const std::filesystem::path& path, std::span<const float> interle
         throw std::runtime_error("short write of " + path.string());
 }
 
+Wave readWave(const std::filesystem::path& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    if (file == nullptr)
+        throw std::runtime_error(path.string() + ": " + sf_strerror(nullptr));
+    Wave wave{info.channels, info.samplerate, {}};
+    wave.interleaved.resize(static_cast<std::size_t>(info.frames * info.channels));
+    const sf_count_t frames = sf_readf_float(file, wave.interleaved.data(), info.frames);
+    sf_close(file);
+    if (frames != info.frames)
+        throw std::runtime_error("short read of " + path.string());
+    return wave;
+}
+
 void writeBytes(const std::filesystem::path& path, std::string_view bytes) {
     std::ofstream file(path, std::ios::binary);
     file << bytes;

@@ -15,6 +15,16 @@ enum class WaveForm { pcm8, pcm16, pcm24, float32 };
 void writeWave(const std::filesystem::path& path, std::span<const float> interleaved, int rate,
                int channels = 1, WaveForm form = WaveForm::float32);
 
+/// What a sound file holds.
+struct Wave {
+    std::int64_t channels;
+    std::int64_t rate; ///< Hz
+    std::vector<float> interleaved;
+};
+
+/// Reads a whole file. Throws where it is no sound file or shorter than it says.
+Wave readWave(const std::filesystem::path& path);
+
 /// Writes `bytes` and nothing else.
 void writeBytes(const std::filesystem::path& path, std::string_view bytes);
 
