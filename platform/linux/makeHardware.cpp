@@ -2,6 +2,7 @@
 
 #include "platform/common/PropertyServer.h"
 #include "platform/linux/jack/JackLayer.h"
+#include "platform/linux/pipewire/pipewireLayer.h"
 #include "platform/virtual/virtualLayer.h"
 
 #include <ostream>
@@ -23,16 +24,20 @@ std::unique_ptr<Hardware> makeHardware(std::string_view choice, const std::files
     Layers servers;
     Layers fallback;
     if (choice.empty()) {
+        servers.push_back(makePipewireLayer());
         servers.push_back(makeJackLayer(JackServers::own));
+    } else if (choice == "pipewire") {
+        servers.push_back(makePipewireLayer());
     } else if (choice == "jack") {
         servers.push_back(makeJackLayer(JackServers::any));
     } else if (choice.starts_with(kVirtual)) {
         if (auto devices = parseVirtualDevices(choice.substr(kVirtual.size())))
             servers.push_back(makeVirtualLayer(*std::move(devices), record));
     }
-    if (!choice.empty() && servers.empty() && fallback.empty())
+    if (servers.empty() && fallback.empty())
         complaints << "TALLYVOX_AUDIO=" << choice
-                   << " cannot be read: expected jack or virtual:CHANNELS@RATE,CHANNELS@RATE...\n";
+                   << " cannot be read: expected pipewire, jack or "
+                      "virtual:CHANNELS@RATE,CHANNELS@RATE...\n";
     return std::make_unique<PropertyServer>(std::move(servers), std::move(fallback));
 }
 

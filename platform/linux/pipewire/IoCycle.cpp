@@ -1,0 +1,64 @@
+#include "platform/linux/pipewire/IoCycle.h"
+
+#include "base/checked.h"
+
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+namespace tallyvox {
+
+IoCycle::IoCycle(std::int64_t channels, double rate, Hardware::IOCallback callback)
+    : expectedRate_(checkedCast<std::uint32_t>(checkedTruncate(std::round(rate)))),
+      callback_(std::move(callback)),
+      list_(std::vector<std::uint32_t>(static_cast<std::size_t>(channels), 1)),
+      ports_(static_cast<std::size_t>(channels), nullptr) {}
+
+void IoCycle::run(const spa_io_position& position) noexcept {
+    const bool armed = armed_.load(std::memory_order_acquire);
+    const std::uint32_t rate = position.clock.rate.denom;
+    rate_->store(rate, std::memory_order_relaxed);
+    countXruns(position.clock);
+    const bool connected = takeBuffers(checkedCast<std::uint32_t>(position.clock.duration));
+    const bool exact = rate == expectedRate_ && position.clock.rate.num == 1;
+    if (armed && exact) {
+        callback_(list_.get());
+    } else {
+        for (const AudioBuffer& buffer : list_.buffers())
+            if (buffer.mData != nullptr)
+                std::memset(buffer.mData, 0, buffer.mDataByteSize);
+        const std::int64_t before = steady_.load(std::memory_order_relaxed);
+        steady_.store(connected && exact ? before + 1 : 0, std::memory_order_release);
+    }
+    cycles_.fetch_add(1, std::memory_order_release);
+}
+
+void IoCycle::reset() noexcept {
+    cycles_.load(std::memory_order_acquire);
+    armed_.store(false, std::memory_order_relaxed);
+    steady_.store(0, std::memory_order_relaxed);
+    rate_->store(0, std::memory_order_relaxed);
+    clock_ = SPA_ID_INVALID;
+}
+
+/// Real-time: answers whether every port has a buffer; one that nothing is connected to has none.
+bool IoCycle::takeBuffers(std::uint32_t frames) noexcept {
+    const auto buffers = list_.buffers();
+    bool all = true;
+    for (std::size_t channel = 0; channel < ports_.size(); ++channel) {
+        buffers[channel].mData = pw_filter_get_dsp_buffer(ports_[channel], frames);
+        buffers[channel].mDataByteSize = frames * std::uint32_t{sizeof(float)};
+        all = all && buffers[channel].mData != nullptr;
+    }
+    return all;
+}
+
+/// Real-time: a cycle that does not begin where the last one ended has lost what lies between.
+void IoCycle::countXruns(const spa_io_clock& clock) noexcept {
+    if (clock.id == clock_ && clock.position != next_)
+        xruns_.fetch_add(1, std::memory_order_relaxed);
+    clock_ = clock.id;
+    next_ = clock.position + clock.duration;
+}
+
+}
