@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace tallyvox {
 
@@ -27,8 +28,8 @@ struct Range {
 };
 
 /// Lets `verb` read `choices` from the command line; what contradicts itself there is a usage
-/// error. Where the length is not given, `lengthDefault` tells the reader what happens.
-void addChoices(CLI::App& verb, Choices& choices, const char* lengthDefault);
+/// error. `lengthDefault` tells the reader when it ends otherwise, and with a full stop.
+void addChoices(CLI::App& verb, Choices& choices, const std::string& lengthDefault);
 
 /// The range that `choices` mean on an output of `channels` channels. Without any choice these are
 /// the first 8; `--first` or `--solo` alone reach to the last channel. Throws an `Error` of domain

@@ -99,13 +99,12 @@ void tellAsText(const Findings& findings) {
 
 void addDoctor(CLI::App& program, Action& action) {
     auto* verb =
-        program.add_subcommand("doctor", "Tell what stands between you and a sound; plays nothing");
+        program.add_subcommand("doctor", "Tell what stands between you and a sound; play nothing.");
     const auto json = std::make_shared<bool>(false);
-    verb->add_flag("--json", *json, "As a JSON object");
-    verb->footer(
-        R"(Looks at the audio layers and their versions, the right to real-time priority, the
-recordings, and at what each output would say to a start. Exits with 0 where an
-announcement can be started, and with 1 where not.)");
+    verb->add_flag("--json", *json, "As a JSON object.");
+    verb->footer(R"(Looks at the audio layers and their versions, the right to real-time priority,
+the recordings, and at what each output would say to a start. Exits with 0 where
+an announcement can be started, and with 1 where not.)");
     verb->callback([&action, json] {
         action = [json] {
             const Findings findings = examine();

@@ -99,15 +99,15 @@ int exportTo(const Wish& wish) {
 }
 
 void addExport(CLI::App& program, Action& action) {
-    auto* verb = program.add_subcommand("export", "Write to a file what an output would be given");
+    auto* verb = program.add_subcommand("export", "Write to a file what an output would be given.");
     const auto wish = std::make_shared<Wish>();
-    verb->add_option("FILE", wish->target, "The WAV file to write; with --split the folder")
+    verb->add_option("FILE", wish->target, "The WAV file to write; with --split the folder.")
         ->required();
-    verb->add_option("--channels", wish->channels, "Channels of the output, up to 16383")
+    verb->add_option("--channels", wish->channels, "Channels of the output, up to 16383.")
         ->type_name("N")
         ->check(Between(1, mostChannels))
         ->required();
-    verb->add_option("--rate", wish->rate, "Sample rate in Hz, from 8000 to 768000")
+    verb->add_option("--rate", wish->rate, "Sample rate in Hz, from 8000 to 768000.")
         ->type_name("R")
         ->check(Between(8000, 768000))
         ->required();
@@ -115,16 +115,24 @@ void addExport(CLI::App& program, Action& action) {
                                                       {"pcm24", SampleFormat::pcm24},
                                                       {"pcm16", SampleFormat::pcm16}};
     verb->add_option("--format", wish->format,
-                     "How samples are stored: float, pcm24 or pcm16; otherwise float")
+                     "How samples are stored: float, pcm24 or pcm16; otherwise float.")
         ->transform(CLI::CheckedTransformer(formats).description(""))
         ->type_name("F");
-    verb->add_flag("--split", wish->split, "One mono file a channel, in the folder FILE");
-    addChoices(*verb, wish->choices, "one round");
-    verb->footer(
-        R"(Sample for sample what 'play' gives to an output of as many channels at that rate, from
-the first frame on. Channels above 128 are silent. The integer formats are rounded to
-nearest. The file is WAVE_FORMAT_EXTENSIBLE without speaker positions, RF64 beyond 4 GiB,
-and appears under its name only when it is complete.)");
+    verb->add_flag("--split", wish->split,
+                   "One mono file a channel, named by its number, in the folder FILE.");
+    addChoices(*verb, wish->choices, "after one round.");
+    verb->footer(R"(Sample for sample what 'play' gives to an output of as many channels at that
+rate, from its first frame on. Channels above 128 are silent. The integer
+formats are rounded to nearest.
+
+The file is a WAVE_FORMAT_EXTENSIBLE without speaker positions, and RF64 beyond
+4 GiB. It appears under its name when it is complete, and then replaces an older
+one; whatever happens before leaves nothing behind.
+
+Examples:
+  tallyvoxctl export check.wav --channels 64 --rate 48000 --all --rounds 3
+  tallyvoxctl export turn --split --channels 16 --rate 96000 --all --sequential
+  tallyvoxctl export solo.wav --channels 8 --rate 44100 --solo 5 --format pcm24)");
     verb->callback([&action, wish] { action = [wish] { return exportTo(*wish); }; });
 }
 

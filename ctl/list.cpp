@@ -31,11 +31,12 @@ void listAsJson() {
 
 void addList(CLI::App& program, Action& action) {
     auto* verb =
-        program.add_subcommand("list", "List the outputs: id, name, channels, rate, layer");
+        program.add_subcommand("list", "List the outputs: id, name, channels, rate and layer.");
     const auto json = std::make_shared<bool>(false);
-    verb->add_flag("--json", *json, "As a JSON array of objects");
-    verb->footer("One line an output, in the order of the sound servers; nothing where there is "
-                 "no output.");
+    verb->add_flag("--json", *json,
+                   "As a JSON array of objects with id, name, channels, rate and layer.");
+    verb->footer(R"(One line an output, in the order of the sound servers; nothing where there is no
+output. The id stays the same while the output lives.)");
     verb->callback([&action, json] {
         action = [json] {
             *json ? listAsJson() : listAsText();

@@ -1,15 +1,16 @@
 #include "base/Error.h"
+#include "ctl/ManualFormatter.h"
 #include "ctl/console.h"
 #include "ctl/verbs.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Error.hpp>
-#include <CLI/Formatter.hpp>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -20,21 +21,21 @@ constexpr auto description =
 constexpr auto footer = R"(Examples:
   tallyvoxctl list
   tallyvoxctl play --all --sequential --rounds 1
-  tallyvoxctl play --output "Dante" --first 17 --last 32 --db -30
+  tallyvoxctl play --output Dante --first 17 --last 32 --db -30
   tallyvoxctl export check.wav --channels 64 --rate 48000 --all
 
 Results go to standard output, diagnostics to standard error.
 
 Exit status:
   0    done
-  1    failed: standard error says why
+  1    failed; standard error says why
   2    the command line cannot be understood
-  130  interrupted
+  130  interrupted by Ctrl-C, a termination or a hang-up
 
 Environment:
-  TALLYVOX_AUDIO   narrows the outputs to one layer (pipewire, jack, alsa), or replaces them by
-                   virtual ones: virtual:8@44100,64@48000
-  TALLYVOX_RECORD  the WAV file that a virtual output writes while it plays
+  TALLYVOX_AUDIO    narrows the outputs to one layer (pipewire, jack or alsa), or
+                    replaces them by virtual ones: virtual:8@44100,64@48000
+  TALLYVOX_RECORD   the WAV file that a virtual output writes while it plays
 
 'tallyvoxctl VERB --help' explains a verb.)";
 
@@ -54,14 +55,20 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
 
     CLI::App program(description, "tallyvoxctl");
-    program.footer(footer);
-    program.set_version_flag("--version", "tallyvoxctl " TALLYVOX_VERSION);
+    program.formatter(std::make_shared<ManualFormatter>());
+    program.set_help_flag("-h,--help", "Explain the program or the verb, and end.");
+    program.set_version_flag("--version", "tallyvoxctl " TALLYVOX_VERSION,
+                             "Tell the version, and end.");
     program.require_subcommand(0, 1);
     Action action;
     addList(program, action);
     addPlay(program, action);
     addExport(program, action);
     addDoctor(program, action);
+    for (CLI::App* verb : program.get_subcommands({}))
+        verb->group("Verbs");
+    // Set last: verbs inherit what is there when they are added.
+    program.footer(footer);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

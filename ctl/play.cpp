@@ -163,13 +163,26 @@ int play(const Wish& wish) {
 }
 
 void addPlay(CLI::App& program, Action& action) {
-    auto* verb = program.add_subcommand("play", "Let every channel of an output speak its number");
+    auto* verb = program.add_subcommand("play", "Let every channel of an output speak its number.");
     const auto wish = std::make_shared<Wish>();
     verb->add_option("--output", wish->output,
                      "The output, by its id, its name or a part of its name; otherwise the first "
-                     "with \"Dante\" in its name, else the first of all")
+                     "with \"Dante\" in its name, else the first of all.")
         ->type_name("ID|NAME");
-    addChoices(*verb, wish->choices, "when interrupted");
+    addChoices(*verb, wish->choices, "when interrupted.");
+    verb->footer(R"(Without --first, --last, --solo or --all the first 8 channels speak. The first
+line tells how loud the channels can become where they are summed. On a terminal
+a line shows the time, the round, in turn the channel that speaks, and how often
+the output could not be served in time (xruns).
+
+Once a second the output is looked up again: where it is gone, or has another
+number of channels or another rate, the announcement ends with exit status 1.
+Ctrl-C silences the output at once.
+
+Examples:
+  tallyvoxctl play --all --sequential --rounds 1
+  tallyvoxctl play --output 73 --solo 12 --db -40
+  tallyvoxctl play --first 17 --last 32 --gap 1.5 --seconds 60)");
     verb->callback([&action, wish] { action = [wish] { return play(*wish); }; });
 }
 

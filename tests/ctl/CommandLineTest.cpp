@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,9 @@ TEST(CommandLine, EveryVerbExplainsItself) {
         EXPECT_EQ(help.exitCode, 0) << verb;
         EXPECT_THAT(help.out, HasSubstr(std::string("tallyvoxctl ") + verb));
         EXPECT_THAT(help.err, IsEmpty());
+        std::istringstream lines(help.out);
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_LE(line.size(), 80U) << line;
     }
 }
 

@@ -24,7 +24,7 @@ std::string textOf(const std::filesystem::path& path) {
 /// Every long option that the help of a verb names at the start of a line.
 std::set<std::string> optionsOf(const std::string& help) {
     std::set<std::string> options;
-    const std::regex option("\n  (?:-h,)?(--[a-z]+)");
+    const std::regex option("\n  (?:-h, )?(--[a-z]+)");
     for (std::sregex_iterator match(help.begin(), help.end(), option), end; match != end; ++match)
         options.insert((*match)[1]);
     return options;
