@@ -21,8 +21,9 @@ struct SystemReport {
     std::string realtimeAdvice;      ///< what to do where they may not, in one sentence
 };
 
-/// Asks every layer that the program knows, whatever narrows the outputs. Implemented by the linked
-/// platform. Main thread only.
+/// Asks every layer that the program knows, whatever narrows the outputs. To be called before the
+/// first use of `hardware()`, because a layer may bear no second of its kind. Implemented by the
+/// linked platform. Main thread only.
 SystemReport systemReport();
 
 }

@@ -1,6 +1,8 @@
 #include "audio/SystemReport.h"
 
 #include "platform/common/realtimeThread.h"
+#include "platform/linux/jack/jackReport.h"
+#include "platform/linux/pipewire/pipewireReport.h"
 
 #include <pthread.h>
 #include <sched.h>
@@ -24,7 +26,7 @@ bool mayRunRealtime() {
 }
 
 SystemReport systemReport() {
-    return {{},
+    return {{pipewireReport(), jackReport()},
             mayRunRealtime(),
             "Give your user a limit of real-time priority (\"rtprio 70\" in "
             "/etc/security/limits.d) or install rtkit, then log in again."};
