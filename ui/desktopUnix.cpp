@@ -33,14 +33,14 @@ bool hasDisplay() {
 /// toolkit draws follows the application's palette.
 void askForDarkFrame(QWindow& window) {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    xcb_connection_t* connection = x11 != nullptr ? x11->connection() : nullptr;
+    if (connection == nullptr)
         return;
-    }
     constexpr std::string_view dark = "dark";
-    xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE,
                         static_cast<xcb_window_t>(window.winId()),
-                        atom(x11->connection(), "_GTK_THEME_VARIANT"),
-                        atom(x11->connection(), "UTF8_STRING"), 8, dark.size(), dark.data());
+                        atom(connection, "_GTK_THEME_VARIANT"), atom(connection, "UTF8_STRING"), 8,
+                        dark.size(), dark.data());
 }
 
 }

@@ -7,7 +7,7 @@ Item {
 
     required property bool playing
 
-    implicitWidth: words.implicitWidth + 24
+    implicitWidth: Math.ceil(words.implicitWidth) + 24
     implicitHeight: words.implicitHeight + 16
 
     Shape {
@@ -19,8 +19,7 @@ Item {
     Label {
         id: words
 
-        x: 12
-        y: 8
+        anchors.centerIn: parent
         text: Texts.badge(badge.playing)
         font: Typeface.monospaced(12, Font.Bold)
         color: badge.playing ? Bee.yellow : Bee.muted

@@ -54,9 +54,10 @@ T.Control {
                 boundsBehavior: Flickable.StopAtBounds
                 interactive: contentHeight - grid.gap > height
                 keyNavigationEnabled: true
-                highlightMoveDuration: 0
+                highlightFollowsCurrentItem: false
                 model: grid.presenter.channels
                 T.ScrollBar.vertical: scrollBar
+                onCurrentIndexChanged: positionViewAtIndex(currentIndex, GridView.Contain)
 
                 delegate: Item {
                     id: place

@@ -61,8 +61,9 @@ Item {
                 text: "TALLYVOX"
                 font: Typeface.rounded(27)
                 color: Bee.yellow
-                lineHeight: 33
-                lineHeightMode: Text.FixedHeight
+                // Less than the font's own height: a status of two lines fits in 800 points.
+                Layout.preferredHeight: 33
+                verticalAlignment: Text.AlignVCenter
                 Spoken.role: Spoken.Heading
             }
             Item {
