@@ -99,9 +99,11 @@ TEST_F(JackLayerTest, NamesAndNumbersItsPorts) {
         EXPECT_EQ(listed.out.compare(at + 1 + line.size(), 3, "   "), 0) << listed.out;
         EXPECT_NE(listed.out.find(wire, at), std::string::npos) << listed.out;
     }
-    const auto properties = run({.line = {"jack_property", "-l"}});
-    EXPECT_NE(properties.out.find("pretty-name value: Channel 12 type"), std::string::npos)
-        << properties.out;
+    EXPECT_TRUE(eventually([] {
+        const auto properties = run({.line = {"jack_property", "-l"}});
+        return properties.out.find("order value: 12 type") != std::string::npos &&
+               properties.out.find("pretty-name value: Channel 12 type") != std::string::npos;
+    }));
 }
 
 TEST_F(JackLayerTest, PlaysOnceMoreAfterAStop) {

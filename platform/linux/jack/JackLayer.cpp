@@ -18,7 +18,10 @@ constexpr milliseconds kConnecting{500};
 constexpr milliseconds kSilence{2000};
 /// For so long a list serves the questions about its devices.
 constexpr milliseconds kFresh{20};
+/// For a step of a start: the whole of it may take seconds on a busy machine.
 constexpr milliseconds kStarting{1500};
+/// For the first cycles of a server that otherwise answers.
+constexpr milliseconds kRunning{1200};
 constexpr milliseconds kStopping{1000};
 constexpr milliseconds kClosing{500};
 
@@ -45,12 +48,13 @@ public:
     }
 
     std::int32_t start() override {
-        const auto deadline = Clock::now() + kStarting - milliseconds{200};
-        const auto status = ask([playback = playback_, connection = connection_, deadline] {
-            return playback->start(*connection, deadline);
+        const auto status = ask([playback = playback_, connection = connection_] {
+            return playback->start(*connection, kRunning);
         });
-        if (status == 0)
+        if (status == 0) {
             playback_->arm();
+            worker_->post([playback = playback_] { playback->label(); });
+        }
         return status;
     }
 
@@ -97,7 +101,7 @@ public:
         if (worker_->run([answer, connection = connection_] { *answer = records(*connection); },
                          patience))
             last_ = std::move(*answer);
-        else if (worker_->late() > kSilence)
+        else if (worker_->silence() > kSilence)
             last_.reset();
         lastTime_ = Clock::now();
         return last_;

@@ -1,6 +1,7 @@
 #include "platform/linux/jack/JackPlayback.h"
 
 #include "base/checked.h"
+#include "platform/linux/jack/Worker.h"
 
 #include <jack/metadata.h>
 #include <jack/uuid.h>
@@ -65,23 +66,19 @@ std::int32_t JackPlayback::open(JackConnection& connection) {
         return kAudioHardwareUnspecifiedError;
 
     for (std::size_t i = 1; i <= list_.buffers().size(); ++i) {
-        const auto number = std::to_string(i);
-        auto* port = jack_port_register(jack, ("out_" + number).c_str(), JACK_DEFAULT_AUDIO_TYPE,
+        const auto name = "out_" + std::to_string(i);
+        auto* port = jack_port_register(jack, name.c_str(), JACK_DEFAULT_AUDIO_TYPE,
                                         JackPortIsOutput | JackPortIsTerminal, 0);
         if (port == nullptr)
             return client() == nullptr ? kAudioHardwareNotRunningError
                                        : kAudioHardwareUnspecifiedError;
         ports_.push_back(port);
-        const auto uuid = jack_port_uuid(port);
-        jack_set_property(jack, uuid, JACK_METADATA_PRETTY_NAME, ("Channel " + number).c_str(),
-                          "text/plain");
-        jack_set_property(jack, uuid, JACK_METADATA_ORDER, number.c_str(), kInteger);
+        Worker::proceeding();
     }
     return 0;
 }
 
-std::int32_t JackPlayback::start(JackConnection& connection,
-                                 std::chrono::steady_clock::time_point deadline) {
+std::int32_t JackPlayback::start(JackConnection& connection, std::chrono::milliseconds patience) {
     const auto device = connection.find(device_);
     auto* jack = client();
     if (jack == nullptr)
@@ -98,9 +95,11 @@ std::int32_t JackPlayback::start(JackConnection& connection,
         if (error != 0 && error != EEXIST)
             return client() == nullptr ? kAudioHardwareNotRunningError
                                        : kAudioHardwareBadDeviceError;
+        Worker::proceeding();
     }
 
     const auto connected = cycles_.load() + kCyclesToConnect;
+    const auto deadline = std::chrono::steady_clock::now() + patience;
     while (cycles_.load() < connected) {
         if (client() == nullptr || std::chrono::steady_clock::now() > deadline)
             return kAudioHardwareNotRunningError;
@@ -112,6 +111,29 @@ std::int32_t JackPlayback::start(JackConnection& connection,
     return 0;
 }
 
+void JackPlayback::label() {
+    for (; labelled_ < ports_.size() && armed_; ++labelled_) {
+        auto* jack = client();
+        if (jack == nullptr)
+            return;
+        const auto uuid = jack_port_uuid(ports_[labelled_]);
+        const auto number = std::to_string(labelled_ + 1);
+        jack_set_property(jack, uuid, JACK_METADATA_PRETTY_NAME, ("Channel " + number).c_str(),
+                          "text/plain");
+        jack_set_property(jack, uuid, JACK_METADATA_ORDER, number.c_str(), kInteger);
+    }
+}
+
+void JackPlayback::arm() noexcept {
+    armed_ = true;
+    gate_.open();
+}
+
+void JackPlayback::disarm() noexcept {
+    armed_ = false;
+    gate_.shut();
+}
+
 void JackPlayback::stop() {
     if (auto* jack = client())
         jack_deactivate(jack);
@@ -119,8 +141,8 @@ void JackPlayback::stop() {
 
 void JackPlayback::close() {
     if (auto* jack = client())
-        for (auto* port : ports_)
-            jack_remove_properties(jack, jack_port_uuid(port));
+        for (; labelled_ > 0; --labelled_)
+            jack_remove_properties(jack, jack_port_uuid(ports_[labelled_ - 1]));
     if (client_)
         client_->reset();
 }

@@ -13,9 +13,9 @@
 
 namespace tallyvox {
 
-/// What plays on one JACK device: a client of its own with one output port a channel. `open`,
-/// `start`, `stop` and `close` are for the worker thread; shared, because a hanging server may
-/// keep it longer than its owner does.
+/// What plays on one JACK device: a client of its own with one output port a channel. Its
+/// operations are for a worker's jobs unless they say otherwise; shared, because a hanging server
+/// may keep it longer than its owner does.
 class JackPlayback {
 public:
     /// Nothing happens yet; `channels` and `rate` are what the device's record said.
@@ -28,9 +28,12 @@ public:
     /// Registers the client and its ports; answers a status.
     std::int32_t open(JackConnection& connection);
 
-    /// Activates the client, connects every channel and waits until the server runs them all, not
-    /// beyond `deadline`; answers a status. The callback is still not called.
-    std::int32_t start(JackConnection& connection, std::chrono::steady_clock::time_point deadline);
+    /// Activates the client, connects every channel and waits until the server runs them all, for
+    /// `patience` at most; answers a status. The callback is still not called.
+    std::int32_t start(JackConnection& connection, std::chrono::milliseconds patience);
+
+    /// Tells the server's other programs the channels' names and order, while armed.
+    void label();
 
     /// Waits for the running cycle and ends the cycles.
     void stop();
@@ -39,10 +42,10 @@ public:
     void close();
 
     /// Lets the next cycle call the callback; any thread.
-    void arm() noexcept { gate_.open(); }
+    void arm() noexcept;
 
     /// Silence from now on; when it returns no call of the callback is under way; any thread.
-    void disarm() noexcept { gate_.shut(); }
+    void disarm() noexcept;
 
     /// Releases the callback of a disarmed playback for good; any thread.
     void release() noexcept { callback_ = nullptr; }
@@ -60,6 +63,8 @@ private:
     OwnedBufferList list_;
     std::vector<jack_port_t*> ports_;
     std::shared_ptr<std::unique_ptr<JackClient>> client_;
+    std::size_t labelled_ = 0;
+    std::atomic<bool> armed_ = false;
     Gate gate_;
     std::atomic<std::uint64_t> cycles_ = 0;
     std::atomic<std::uint64_t> xruns_ = 0;

@@ -1,11 +1,12 @@
 #include "platform/linux/jack/Worker.h"
 
+#include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <csignal>
 #include <cstdint>
 #include <deque>
 #include <mutex>
-#include <optional>
 #include <thread>
 #include <utility>
 
@@ -15,6 +16,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kPatienceAtTheEnd{500};
 
+/// Where the job that runs on this thread leaves its latest sign of life.
+thread_local std::atomic<Clock::rep>* signOfLife = nullptr;
+
 }
 
 struct Worker::State {
@@ -23,9 +27,25 @@ struct Worker::State {
     std::deque<std::function<void()>> jobs;
     std::uint64_t queued = 0;
     std::uint64_t done = 0;
-    std::optional<Clock::time_point> lateSince; ///< a caller gave up on a job; until all are done
+    std::atomic<Clock::rep> sign = 0; ///< the time of the latest sign of life
     bool ending = false;
     bool ended = false;
+
+    Clock::time_point lastSign() const { return Clock::time_point{Clock::duration{sign.load()}}; }
+
+    /// Time since the latest sign of life, 0 where no job is in hand. Under the mutex.
+    Clock::duration silence() const {
+        return done == queued ? Clock::duration{0} : Clock::now() - lastSign();
+    }
+
+    /// Under the mutex; the number of the job, from 1.
+    std::uint64_t queue(std::function<void()> job) {
+        if (done == queued)
+            sign = Clock::now().time_since_epoch().count();
+        jobs.push_back(std::move(job));
+        changed.notify_all();
+        return ++queued;
+    }
 
     void work() {
         // The program's signals are for its own threads, and a write to a server that has just
@@ -34,6 +54,7 @@ struct Worker::State {
         sigfillset(&all);
         pthread_sigmask(SIG_BLOCK, &all, nullptr);
 
+        signOfLife = &sign;
         std::unique_lock lock(mutex);
         for (;;) {
             changed.wait(lock, [this] { return ending || !jobs.empty(); });
@@ -42,11 +63,11 @@ struct Worker::State {
             auto job = std::move(jobs.front());
             jobs.pop_front();
             lock.unlock();
+            proceeding();
             job();
             job = nullptr;
             lock.lock();
-            if (++done == queued)
-                lateSince.reset();
+            ++done;
             changed.notify_all();
         }
         ended = true;
@@ -73,29 +94,28 @@ Worker::~Worker() {
 bool Worker::run(std::function<void()> job, std::chrono::milliseconds patience) {
     const auto begin = Clock::now();
     std::unique_lock lock(state_->mutex);
-    if (state_->lateSince)
+    if (state_->silence() >= patience)
         return false;
-    state_->jobs.push_back(std::move(job));
-    const auto number = ++state_->queued;
-    state_->changed.notify_all();
-    if (state_->changed.wait_until(lock, begin + patience, [&] { return state_->done >= number; }))
-        return true;
-    state_->lateSince = begin;
-    return false;
+    const auto number = state_->queue(std::move(job));
+    while (state_->done < number) {
+        const auto giveUp = std::max(begin, state_->lastSign()) + patience;
+        if (Clock::now() >= giveUp)
+            return false;
+        state_->changed.wait_until(lock, giveUp);
+    }
+    return true;
 }
 
 void Worker::post(std::function<void()> job) {
     const std::lock_guard lock(state_->mutex);
-    state_->jobs.push_back(std::move(job));
-    ++state_->queued;
-    state_->changed.notify_all();
+    state_->queue(std::move(job));
 }
 
-std::chrono::milliseconds Worker::late() const {
+void Worker::proceeding() noexcept { signOfLife->store(Clock::now().time_since_epoch().count()); }
+
+std::chrono::milliseconds Worker::silence() const {
     const std::lock_guard lock(state_->mutex);
-    if (!state_->lateSince)
-        return std::chrono::milliseconds{0};
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - *state_->lateSince);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(state_->silence());
 }
 
 }

@@ -19,15 +19,19 @@ public:
     /// Waits half a second for the jobs in hand; a thread that hangs is left behind.
     ~Worker();
 
-    /// Queues `job` and waits until it is done, `patience` at most; answers whether it is. While an
-    /// earlier job is late it answers false at once and drops `job`.
+    /// Queues `job` and waits until it is done; answers whether it is. It gives up when the worker
+    /// has shown no sign of life for `patience`; where that is so from the beginning it answers at
+    /// once and drops `job`.
     bool run(std::function<void()> job, std::chrono::milliseconds patience);
 
     /// Queues `job` without waiting.
     void post(std::function<void()> job);
 
-    /// How long a caller has been waiting in vain for the server, 0 where none has.
-    std::chrono::milliseconds late() const;
+    /// For jobs: a sign of life, as is their beginning.
+    static void proceeding() noexcept;
+
+    /// How long the job in hand has shown no sign of life, 0 where there is none.
+    std::chrono::milliseconds silence() const;
 
 private:
     struct State;
