@@ -42,12 +42,11 @@ TEST_F(JackLayerTest, ListsPhysicalInputsByClientInTheOrderOfArrival) {
     JackOutput second("zebra", 5);
     JackOutput third("ant: 1", 3);
     const auto layer = makeJackLayer(JackServers::own);
+    const auto device = await(*layer, "zebra");
+    EXPECT_EQ(device.buffers, std::vector<std::uint32_t>(5, 1));
+    EXPECT_EQ(device.rate, 44100.0);
+    EXPECT_EQ(device.id >> 30U, static_cast<std::uint32_t>(LayerTag::jack));
     EXPECT_THAT(names(*layer), ElementsAre("system", "zebra", "ant: 1"));
-    const auto device = find(*layer, "zebra");
-    ASSERT_TRUE(device);
-    EXPECT_EQ(device->buffers, std::vector<std::uint32_t>(5, 1));
-    EXPECT_EQ(device->rate, 44100.0);
-    EXPECT_EQ(device->id >> 30U, static_cast<std::uint32_t>(LayerTag::jack));
 }
 
 TEST_F(JackLayerTest, LeavesOutWhatIsNoOutput) {
@@ -61,6 +60,7 @@ TEST_F(JackLayerTest, LeavesOutWhatIsNoOutput) {
     jack_port_register(program, "midi", JACK_DEFAULT_MIDI_TYPE,
                        JackPortIsInput | JackPortIsPhysical, 0);
     const auto layer = makeJackLayer(JackServers::own);
+    await(*layer, "device");
     EXPECT_THAT(names(*layer), ElementsAre("device"));
     jack_client_close(program);
 }
@@ -69,24 +69,20 @@ TEST_F(JackLayerTest, NeverGivesAnIdToAnotherDevice) {
     JackServer server({});
     const auto layer = makeJackLayer(JackServers::own);
     auto device = std::make_unique<JackOutput>("device", 2);
-    const auto first = find(*layer, "device");
-    ASSERT_TRUE(first);
-    EXPECT_EQ(find(*layer, "device")->id, first->id);
+    const auto first = await(*layer, "device").id;
+    EXPECT_EQ(await(*layer, "device").id, first);
     device.reset();
     ASSERT_TRUE(eventually([&] { return !find(*layer, "device"); }));
     device = std::make_unique<JackOutput>("device", 2);
-    const auto second = find(*layer, "device");
-    ASSERT_TRUE(second);
-    EXPECT_NE(second->id, first->id);
+    EXPECT_NE(await(*layer, "device").id, first);
 }
 
 TEST_F(JackLayerTest, NamesAndNumbersItsPorts) {
     JackServer server({.playback = 12});
     const auto layer = makeJackLayer(JackServers::own);
-    const auto device = find(*layer, "system");
-    ASSERT_TRUE(device);
+    const auto device = await(*layer, "system");
     std::unique_ptr<Stream> stream;
-    ASSERT_EQ(layer->open(device->id, TestSignal().callback(), stream), 0);
+    ASSERT_EQ(layer->open(device.id, TestSignal().callback(), stream), 0);
     ASSERT_EQ(stream->start(), 0);
     EXPECT_THAT(names(*layer), ElementsAre("system"));
     const auto listed = run({.line = {"jack_lsp", "-c"}});
@@ -109,11 +105,10 @@ TEST_F(JackLayerTest, NamesAndNumbersItsPorts) {
 TEST_F(JackLayerTest, PlaysOnceMoreAfterAStop) {
     JackServer server({.playback = 4});
     const auto layer = makeJackLayer(JackServers::own);
-    const auto device = find(*layer, "system");
-    ASSERT_TRUE(device);
+    const auto device = await(*layer, "system");
     TestSignal signal;
     std::unique_ptr<Stream> stream;
-    ASSERT_EQ(layer->open(device->id, signal.callback(), stream), 0);
+    ASSERT_EQ(layer->open(device.id, signal.callback(), stream), 0);
     for (int round = 0; round < 3; ++round) {
         ASSERT_EQ(stream->start(), 0);
         const auto before = signal.calls();
@@ -131,7 +126,7 @@ TEST_F(JackLayerTest, ReleasesTheCallbackWithTheStream) {
     const auto token = std::make_shared<int>();
     std::unique_ptr<Stream> stream;
     ASSERT_EQ(layer->open(
-                  find(*layer, "system")->id, [token](AudioBufferList*) {}, stream),
+                  await(*layer, "system").id, [token](AudioBufferList*) {}, stream),
               0);
     ASSERT_EQ(stream->start(), 0);
     EXPECT_EQ(token.use_count(), 2);
@@ -146,7 +141,7 @@ TEST_F(JackLayerTest, CountsTheCyclesThatCameTooLate) {
     const auto late = [](AudioBufferList*) {
         std::this_thread::sleep_for(std::chrono::milliseconds(40));
     };
-    ASSERT_EQ(layer->open(find(*layer, "system")->id, late, stream), 0);
+    ASSERT_EQ(layer->open(await(*layer, "system").id, late, stream), 0);
     EXPECT_EQ(stream->xruns(), 0U);
     ASSERT_EQ(stream->start(), 0);
     EXPECT_TRUE(eventually([&] { return stream->xruns() > 0; }));
@@ -172,7 +167,7 @@ TEST_P(JackPlayback, IsExact) {
         const auto layer = makeJackLayer(JackServers::own);
         TestSignal signal;
         std::unique_ptr<Stream> stream;
-        ASSERT_EQ(layer->open(find(*layer, "device")->id, signal.callback(), stream), 0);
+        ASSERT_EQ(layer->open(await(*layer, "device").id, signal.callback(), stream), 0);
         ASSERT_EQ(stream->start(), 0);
         ASSERT_TRUE(device.captured());
         EXPECT_EQ(deviation(file, channels, frames), "");

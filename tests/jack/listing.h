@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/common/Layer.h"
+#include "tests/support/JackServer.h"
 
 #include <optional>
 #include <string>
@@ -22,6 +23,14 @@ inline std::optional<DeviceRecord> find(Layer& layer, const std::string& name) {
         if (device.name == name)
             return device;
     return std::nullopt;
+}
+
+/// The device that `layer` lists by `name` as soon as a busy machine lets it; throws where it never
+/// does.
+inline DeviceRecord await(Layer& layer, const std::string& name) {
+    std::optional<DeviceRecord> found;
+    eventually([&] { return (found = find(layer, name)).has_value(); });
+    return found.value();
 }
 
 }

@@ -13,7 +13,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kListing{40};
-constexpr milliseconds kConnecting{500};
+constexpr milliseconds kConnecting{900};
 /// A server that says nothing for so long does not answer; until then its last list stands.
 constexpr milliseconds kSilence{2000};
 /// For so long a list serves the questions about its devices.
