@@ -1,0 +1,148 @@
+// The whole road of an announcement, from the command line to the samples that a device of a real
+// server is given.
+
+#include "tests/e2e/Announcement.h"
+#include "tests/support/PipewireServer.h"
+#include "tests/support/Recogniser.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <regex>
+
+namespace tallyvox {
+namespace {
+
+class PipewireAnnouncementTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!PipewireServer::available())
+            GTEST_SKIP() << "pipewire is not installed";
+        server = std::make_unique<PipewireServer>(std::vector<PipewireServer::Sink>{
+            {"Stage left | 1: all", 8, 44100}, {"Balcony", 64, 48000}});
+    }
+
+    static Command command(std::vector<std::string> line) {
+        return {.line = std::move(line), .set = {{"TALLYVOX_AUDIO", "pipewire"}}};
+    }
+
+    /// Plays `choice` on the output `name` until `ear` has what it wants, and interrupts it.
+    static void play(const std::string& name, const Announcement::Choice& choice,
+                     PipewireOutput& ear) {
+        std::vector<std::string> line{TALLYVOX_COMPANION,
+                                      "play",
+                                      "--output",
+                                      name,
+                                      "--first",
+                                      std::to_string(choice.first),
+                                      "--last",
+                                      std::to_string(choice.last),
+                                      "--db",
+                                      std::to_string(choice.db),
+                                      "--gap",
+                                      std::to_string(choice.gap)};
+        if (choice.sequential)
+            line.emplace_back("--sequential");
+        Process companion(command(line));
+        EXPECT_TRUE(ear.captured());
+        companion.send(SIGINT);
+        const Outcome outcome = companion.end();
+        EXPECT_EQ(outcome.exitCode, 130) << outcome.out << outcome.err;
+        EXPECT_EQ(outcome.err, "");
+    }
+
+    /// Plays `choice` on a wide device of another program and captures `cycles` repetitions.
+    Capture captureWide(const Announcement::Choice& choice, const Announcement& expected,
+                        double cycles) {
+        PipewireOutput ear("Wide", static_cast<int>(choice.channels), static_cast<int>(choice.rate),
+                           file(), frames(expected, cycles));
+        play("Wide", choice, ear);
+        return {file(), choice.channels};
+    }
+
+    static std::int64_t frames(const Announcement& expected, double cycles) {
+        return static_cast<std::int64_t>(cycles * static_cast<double>(expected.cycle()));
+    }
+
+    std::filesystem::path file() const { return folder.path() / "capture"; }
+
+    TemporaryFolder folder;
+    std::unique_ptr<PipewireServer> server;
+};
+
+TEST_F(PipewireAnnouncementTest, TheOutputsArePrintedInTheServersOrder) {
+    const PipewireOutput wide("Wide", 128, 96000);
+    const std::string nodes = run({.line = {"pw-cli", "ls", "Node"}}).out;
+    const auto id = [&](const std::string& name) {
+        std::string last;
+        const std::regex line("object.serial = \"([0-9]+)\"|node.name = \"([^\"]*)\"");
+        for (std::sregex_iterator at(nodes.begin(), nodes.end(), line), end; at != end; ++at) {
+            if ((*at)[1].matched)
+                last = (*at)[1];
+            else if ((*at)[2] == name)
+                return std::to_string(0x40000000U + std::stoul(last));
+        }
+        return std::string("none");
+    };
+    const Outcome outcome = run(command({TALLYVOX_PROGRAM, "--devices"}));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, id("Stage left | 1: all") +
+                               ": Stage left | 1: all | 8 outputs | 44100.0 Hz\n" + id("Balcony") +
+                               ": Balcony | 64 outputs | 48000.0 Hz\n" + id("Wide") +
+                               ": Wide | 128 outputs | 96000.0 Hz\n");
+}
+
+TEST_F(PipewireAnnouncementTest, WithoutAServerNothingIsPrinted) {
+    server->kill();
+    const Outcome outcome = run(command({TALLYVOX_PROGRAM, "--devices"}));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(PipewireAnnouncementTest, EachOf128ChannelsSpeaksItsOwnNumber) {
+    const Announcement::Choice choice{128, 96000, -6, 0.2, false, 1, 128};
+    const Announcement expected(choice);
+    const Capture capture = captureWide(choice, expected, 1.05);
+    EXPECT_EQ(capture.deviation(expected), "");
+
+    Recogniser recogniser;
+    for (const std::int64_t channel : {1, 2, 13, 30, 64, 100, 128})
+        EXPECT_EQ(recogniser.number(capture.channel(channel, expected.cycle()), choice.rate),
+                  channel);
+}
+
+TEST_F(PipewireAnnouncementTest, TheLastOf128ChannelsTakeTurns) {
+    const Announcement::Choice choice{128, 48000, -20, 0.2, true, 127, 128};
+    const Announcement expected(choice);
+    EXPECT_EQ(captureWide(choice, expected, 2.05).deviation(expected), "");
+}
+
+TEST_F(PipewireAnnouncementTest, EightChannelsTakeTurns) {
+    const Announcement::Choice choice{8, 44100, -6, 0.2, true, 1, 8};
+    const Announcement expected(choice);
+    auto ear = PipewireOutput::monitor("Stage left | 1: all", 8, file(), frames(expected, 8.2));
+    play("Stage left | 1: all", choice, ear);
+    EXPECT_EQ(Capture(file(), 8).deviation(expected), "");
+}
+
+TEST_F(PipewireAnnouncementTest, ARangeLeavesTheOthersSilent) {
+    const Announcement::Choice choice{64, 48000, -6, 0.2, false, 5, 8};
+    const Announcement expected(choice);
+    auto ear = PipewireOutput::monitor("Balcony", 64, file(), frames(expected, 1.2));
+    play("Balcony", choice, ear);
+    EXPECT_EQ(Capture(file(), 64).deviation(expected), "");
+}
+
+TEST_F(PipewireAnnouncementTest, AnOutputThatVanishesEndsIt) {
+    Process companion(command({TALLYVOX_COMPANION, "play", "--output", "Balcony"}));
+    ASSERT_TRUE(companion.shows("Playing to Balcony"));
+    server->remove("Balcony");
+    const Outcome outcome = companion.end();
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.err, ::testing::HasSubstr("Output changed or disconnected."));
+}
+
+}
+}
