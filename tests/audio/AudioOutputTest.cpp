@@ -187,6 +187,7 @@ TEST_F(AudioOutputTest, ARestartBeginsAtTheFirstFrame) {
 }
 
 TEST_F(AudioOutputTest, A192ChannelDeviceGets128Voices) {
+    voices.fillUpTo(128);
     hardware.addDevice(7, "Out", {192}, 48000);
     start(device(7, 192));
     EXPECT_EQ(output->renderer()->voices().size(), 128U);

@@ -78,6 +78,7 @@ TEST_F(Lifecycle, AnInvertedRangeIsRefused) {
 }
 
 TEST_F(Lifecycle, ChannelsBeyond128AreRefused) {
+    voices.fillUpTo(128);
     makeWith(200);
     setRange(1, 129);
     expectRefused(wrongRange);

@@ -208,6 +208,7 @@ TEST_F(Random, TheModelFollowsItsRulesThroughAnyOperations) {
         wanted != nullptr ? std::strtoull(wanted, nullptr, 10) : std::random_device{}();
     SCOPED_TRACE("again with TALLYVOX_TEST_SEED=" + std::to_string(seed));
     random.seed(seed);
+    voices.fillUpTo(128);
 
     constexpr int lives = 40;
     constexpr int steps = 2500;

@@ -29,11 +29,6 @@ std::string operation(const char* verb, std::uint32_t device) {
 
 }
 
-Hardware& hardware() {
-    static FakeHardware nothing;
-    return nothing;
-}
-
 FakeHardware::~FakeHardware() {
     EXPECT_TRUE(handedOut_.empty()) << handedOut_.size() << " strings were never released";
     for (const auto* text : handedOut_)

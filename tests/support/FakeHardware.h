@@ -17,8 +17,7 @@ namespace tallyvox {
 
 /// A hardware layer whose every answer is scripted and whose I/O cycles are driven by hand.
 ///
-/// `addDevice` gives a device that behaves; `property` changes any single answer of it. Where no
-/// other layer is handed in, `hardware()` is one without devices.
+/// `addDevice` gives a device that behaves; `property` changes any single answer of it.
 class FakeHardware : public Hardware {
 public:
     /// What one property answers.
@@ -73,6 +72,8 @@ public:
     std::vector<std::string> log;
     /// Called with each line of the log before the operation is carried out.
     std::function<void(const std::string&)> before;
+    /// Adds a line to the log, for operations that the contract does not have.
+    void note(std::string line);
     /// The lines of the log that are not property queries.
     std::vector<std::string> streamLog() const;
 
@@ -106,7 +107,6 @@ private:
     };
     using Key = std::tuple<std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t>;
 
-    void note(std::string line);
     Property* find(std::uint32_t object, const AudioObjectPropertyAddress& address);
     Proc* find(std::uint32_t device, IOProcId proc);
 

@@ -1,7 +1,5 @@
 #include "tests/support/VoicesFolder.h"
 
-#include "engine/Environment.h"
-
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
@@ -11,16 +9,16 @@
 namespace tallyvox {
 namespace {
 
-std::optional<std::filesystem::path> current;
+std::optional<std::filesystem::path> living;
 
 void writeNumber(std::ofstream& out, std::uint32_t value, int bytes) {
     for (int i = 0; i < bytes; ++i)
         out.put(static_cast<char>(value >> (8 * i) & 0xFFU));
 }
 
-/// One channel of 32-bit floats.
-void writeWav(const std::filesystem::path& path, const std::vector<float>& samples,
-              std::uint32_t rate) {
+/// One channel of 32-bit floats at 48 kHz.
+void writeWav(const std::filesystem::path& path, const std::vector<float>& samples) {
+    constexpr std::uint32_t rate = 48000;
     const auto bytes = static_cast<std::uint32_t>(samples.size() * 4);
     std::ofstream out(path, std::ios::binary);
     out << "RIFF";
@@ -42,26 +40,23 @@ void writeWav(const std::filesystem::path& path, const std::vector<float>& sampl
 
 }
 
-std::optional<std::filesystem::path> resourceFolder() { return current; }
-
-std::vector<std::string> arguments() { return {"/nowhere/tallyvox"}; }
-
-VoicesFolder::VoicesFolder(std::uint32_t rate) {
+VoicesFolder::VoicesFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "tallyvox-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr)
         throw std::system_error(errno, std::generic_category(), name);
     folder_ = name;
     std::filesystem::create_directory(folder_ / "Voices");
-    for (std::int64_t number = 1; number <= 128; ++number)
-        writeWav(file(number), recording(number), rate);
-    current = folder_;
+    fillUpTo(16);
+    living = folder_;
 }
 
 VoicesFolder::~VoicesFolder() {
-    current.reset();
+    living.reset();
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
 }
+
+std::optional<std::filesystem::path> VoicesFolder::current() { return living; }
 
 std::vector<float> VoicesFolder::recording(std::int64_t number) {
     std::vector<float> samples;
@@ -78,7 +73,14 @@ std::vector<float> VoicesFolder::voice(std::int64_t number) {
     return samples;
 }
 
-void VoicesFolder::clear(std::int64_t number) const { writeWav(file(number), {}, 48000); }
+void VoicesFolder::fillUpTo(std::int64_t number) {
+    while (written_ < number) {
+        ++written_;
+        writeWav(file(written_), recording(written_));
+    }
+}
+
+void VoicesFolder::clear(std::int64_t number) const { writeWav(file(number), {}); }
 
 std::filesystem::path VoicesFolder::file(std::int64_t number) const {
     return folder_ / "Voices" / (std::to_string(number) + ".wav");

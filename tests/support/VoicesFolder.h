@@ -7,22 +7,26 @@
 
 namespace tallyvox {
 
-/// While it lives, the program's resource folder: a temporary one whose recordings are short and
-/// simple, so that a test knows every sample. Linked in place of the platform's own environment.
+/// A temporary resource folder whose recordings are short and simple, so that a test knows every
+/// sample. Linked with `environment.cpp` it is the program's own while it lives.
 class VoicesFolder {
 public:
-    /// Recordings 1 to 128 at `rate` Hz.
-    explicit VoicesFolder(std::uint32_t rate = 48000);
+    /// Recordings 1 to 16 at 48 kHz.
+    VoicesFolder();
     VoicesFolder(const VoicesFolder&) = delete;
     VoicesFolder& operator=(const VoicesFolder&) = delete;
     ~VoicesFolder();
 
+    /// The folder that lives, or nothing.
+    static std::optional<std::filesystem::path> current();
     /// What recording `number` holds: 8 + `number` frames with a peak of 0.5.
     static std::vector<float> recording(std::int64_t number);
     /// The voice that it makes at its own rate: twice as loud.
     static std::vector<float> voice(std::int64_t number);
 
     std::filesystem::path file(std::int64_t number) const;
+    /// Adds the recordings up to `number`.
+    void fillUpTo(std::int64_t number);
     /// Leaves recording `number` without a frame.
     void clear(std::int64_t number) const;
     /// Takes recording `number` away.
@@ -30,6 +34,7 @@ public:
 
 private:
     std::filesystem::path folder_;
+    std::int64_t written_ = 0;
 };
 
 }
