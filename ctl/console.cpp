@@ -50,7 +50,7 @@ bool watched() {
 void LiveLine::show(std::string_view text) {
     if (!watched())
         return;
-    write(stderr, "\r" + std::string(text) + "\033[K");
+    write(stderr, std::string("\r").append(text).append("\033[K"));
     shown_ = true;
 }
 

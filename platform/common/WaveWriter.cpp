@@ -4,6 +4,7 @@
 #include "base/checked.h"
 #include "platform/common/waveHeader.h"
 
+#include <bit>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -69,6 +70,21 @@ struct WaveWriter::State {
         return std::fwrite(data.data(), 1, data.size(), file) == data.size();
     }
 
+    bool putFloats(std::span<const float> samples) const noexcept {
+        return std::fwrite(samples.data(), sizeof(float), samples.size(), file) == samples.size();
+    }
+
+    bool putEncoded(std::span<const float> samples) {
+        const std::int64_t width = bytesPerSample(format);
+        bytes.resize(samples.size() * static_cast<std::size_t>(width));
+        std::uint8_t* to = bytes.data();
+        for (const float sample : samples) {
+            store(to, encoded(sample, format), width);
+            to += width;
+        }
+        return put(bytes);
+    }
+
     /// Writes the header for `frames` and the byte that ends an odd number of them.
     bool finish() const noexcept {
         const std::int64_t dataBytes = frames * channels * bytesPerSample(format);
@@ -106,14 +122,10 @@ WaveWriter::~WaveWriter() {
 
 void WaveWriter::write(std::span<const float> samples) {
     require(state_->file != nullptr && std::ssize(samples) % state_->channels == 0);
-    const std::int64_t width = bytesPerSample(state_->format);
-    state_->bytes.resize(samples.size() * static_cast<std::size_t>(width));
-    std::uint8_t* to = state_->bytes.data();
-    for (const float sample : samples) {
-        store(to, encoded(sample, state_->format), width);
-        to += width;
-    }
-    if (!state_->put(state_->bytes))
+    // Floats mostly lie in memory as they do in the file.
+    const bool alike =
+        state_->format == SampleFormat::float32 && std::endian::native == std::endian::little;
+    if (!(alike ? state_->putFloats(samples) : state_->putEncoded(samples)))
         state_->fail(errno);
     state_->frames = checkedAdd(state_->frames, std::ssize(samples) / state_->channels);
 }
