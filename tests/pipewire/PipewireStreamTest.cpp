@@ -1,7 +1,7 @@
 #include "platform/linux/pipewire/pipewireLayer.h"
+#include "tests/pipewire/listing.h"
 #include "tests/support/PipewireServer.h"
 #include "tests/support/TestSignal.h"
-#include "tests/support/eventually.h"
 
 #include <gtest/gtest.h>
 
@@ -16,19 +16,6 @@ protected:
         server = std::make_unique<PipewireServer>(
             std::vector<PipewireServer::Sink>{{"Eight", 8, 44100}, {"Sixty-four", 64, 48000}});
         layer = makePipewireLayer();
-    }
-
-    /// The id of the device `name` once it has `channels` channels; 0 where that never happens.
-    std::uint32_t find(const std::string& name, std::size_t channels) {
-        std::uint32_t id = 0;
-        eventually([&] {
-            const auto devices = layer->devices().value_or(std::vector<DeviceRecord>{});
-            for (const auto& device : devices)
-                if (device.name == name && device.buffers.size() == channels)
-                    id = device.id;
-            return id != 0;
-        });
-        return id;
     }
 
     void playAndCompare(std::uint32_t id, PipewireOutput& ear, int channels, std::int64_t frames) {
@@ -51,12 +38,12 @@ protected:
 
 TEST_F(PipewireStreamTest, EveryChannelOfAServersOwnDeviceIsExact) {
     auto ear = PipewireOutput::monitor("Eight", 8, file(), 44100);
-    playAndCompare(find("Eight", 8), ear, 8, 44100);
+    playAndCompare(await(*layer, "Eight", 8).id, ear, 8, 44100);
 }
 
 TEST_F(PipewireStreamTest, SixtyFourChannelsOfAServersOwnDeviceAreExact) {
     auto ear = PipewireOutput::monitor("Sixty-four", 64, file(), 48000);
-    playAndCompare(find("Sixty-four", 64), ear, 64, 48000);
+    playAndCompare(await(*layer, "Sixty-four", 64).id, ear, 64, 48000);
 }
 
 class WideDevice : public PipewireStreamTest,
@@ -65,7 +52,8 @@ class WideDevice : public PipewireStreamTest,
 TEST_P(WideDevice, IsExactOnEveryChannel) {
     const auto [channels, rate] = GetParam();
     PipewireOutput ear("Wide", channels, rate, file(), rate);
-    playAndCompare(find("Wide", static_cast<std::size_t>(channels)), ear, channels, rate);
+    playAndCompare(await(*layer, "Wide", static_cast<std::size_t>(channels)).id, ear, channels,
+                   rate);
 }
 
 INSTANTIATE_TEST_SUITE_P(PipewireStreamTest, WideDevice,

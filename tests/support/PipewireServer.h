@@ -73,6 +73,9 @@ public:
     /// frame.
     bool captured() { return process_->shows("captured"); }
 
+    /// Takes the last channel away from a device that captures nothing.
+    void narrow() { process_->send(SIGUSR1); }
+
     /// Removes the device.
     void remove();
 

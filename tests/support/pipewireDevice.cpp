@@ -168,6 +168,12 @@ void lost(void* data, std::uint32_t id, int, int, const char*) {
         pw_main_loop_quit(static_cast<Device*>(data)->loop);
 }
 
+void narrow(void* data, int) {
+    auto& device = *static_cast<Device*>(data);
+    pw_filter_remove_port(device.ports.back());
+    device.ports.pop_back();
+}
+
 void quit(void* data, int) { pw_main_loop_quit(static_cast<Device*>(data)->loop); }
 
 constexpr pw_core_events kCoreEvents{
@@ -202,6 +208,7 @@ int main(int count, char** arguments) {
     pw_loop* const loop = pw_main_loop_get_loop(device.loop);
     pw_loop_add_signal(loop, SIGTERM, quit, &device);
     pw_loop_add_signal(loop, SIGINT, quit, &device);
+    pw_loop_add_signal(loop, SIGUSR1, narrow, &device);
     pw_context* const context =
         pw_context_new(loop, pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
     device.core = pw_context_connect(context, nullptr, 0);

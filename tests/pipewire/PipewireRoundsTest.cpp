@@ -1,0 +1,56 @@
+#include "platform/linux/pipewire/pipewireLayer.h"
+#include "tests/pipewire/listing.h"
+#include "tests/support/PipewireServer.h"
+#include "tests/support/Resources.h"
+#include "tests/support/TestSignal.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace tallyvox {
+namespace {
+
+/// TALLYVOX_ROUNDS, or as many as do not hold up the suite.
+int rounds() {
+    const char* const text = std::getenv("TALLYVOX_ROUNDS");
+    return text != nullptr ? std::atoi(text) : 12;
+}
+
+TEST(PipewireRoundsTest, StartingAndStoppingLeavesNothingBehind) {
+    if (!PipewireServer::available())
+        GTEST_SKIP() << "pipewire is not installed";
+    const PipewireServer server({{"Device", 64, 48000}});
+    const auto layer = makePipewireLayer();
+    const auto id = await(*layer, "Device", 64).id;
+    const TestSignal signal;
+    const auto play = [&] {
+        const auto before = signal.calls();
+        std::unique_ptr<Stream> stream;
+        ASSERT_EQ(layer->open(id, signal.callback(), stream), 0);
+        ASSERT_EQ(stream->start(), 0);
+        ASSERT_TRUE(eventually([&] { return signal.calls() >= before + 2; }));
+        stream->stop();
+        const auto stopped = signal.calls();
+        stream.reset();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        ASSERT_EQ(signal.calls(), stopped) << "a call came after the stop";
+    };
+
+    for (int warmUp = 0; warmUp < 4; ++warmUp)
+        play();
+    const Resources before = Resources::held();
+    for (int round = 0; round < rounds() && !HasFatalFailure(); ++round)
+        play();
+    const Resources after = Resources::held();
+    EXPECT_EQ(after.threads, before.threads);
+    EXPECT_EQ(after.descriptors, before.descriptors);
+    // The memory of a stream of 64 channels is more than this a round.
+    EXPECT_LT(after.kibibytes, before.kibibytes + 4096);
+    RecordProperty("rounds", rounds());
+    RecordProperty("kibibytes", static_cast<int>(after.kibibytes - before.kibibytes));
+    ASSERT_TRUE(eventually([&] { return layer->devices()->size() == 1; }));
+}
+
+}
+}
