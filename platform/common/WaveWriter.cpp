@@ -104,10 +104,10 @@ WaveWriter::WaveWriter(const std::filesystem::path& path, std::int64_t channels,
     if (state_->file == nullptr)
         state_->fail(errno);
     // A full disk is noticed by the write that it stops, not by a later one.
-    std::setvbuf(state_->file, nullptr, _IONBF, 0);
+    static_cast<void>(std::setvbuf(state_->file, nullptr, _IONBF, 0));
     if (!state_->put(header)) {
         const int reason = errno;
-        std::fclose(state_->file);
+        static_cast<void>(std::fclose(state_->file));
         state_->fail(reason);
     }
 }

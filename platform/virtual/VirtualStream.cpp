@@ -19,7 +19,7 @@ namespace {
 /// Frames of one I/O cycle.
 constexpr std::int64_t kPeriod = 512;
 
-class VirtualStream : public Stream {
+class VirtualStream final : public Stream {
 public:
     VirtualStream(VirtualDevice device, Hardware::IOCallback callback, std::filesystem::path record)
         : device_(device),

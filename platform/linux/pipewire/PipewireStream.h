@@ -13,7 +13,7 @@ namespace tallyvox {
 
 /// A stream to one sink: a filter with a port for each channel, linked port by port, so that
 /// nothing on the way mixes, resamples or reroutes.
-class PipewireStream : public Stream {
+class PipewireStream final : public Stream {
 public:
     PipewireStream(std::shared_ptr<Connection> connection, const DeviceRecord& device,
                    Hardware::IOCallback callback);
