@@ -1,8 +1,11 @@
 #pragma once
 
 #include "engine/AudioBufferList.h"
+#include "engine/VoiceStore.h"
+#include "engine/mix.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace tallyvox {
@@ -24,7 +27,8 @@ public:
     /// position where a voice would be read, and an overflow of the frame arithmetic are fatal.
     void render(AudioBufferList* list) noexcept;
 
-    const std::vector<std::vector<float>>& voices() const noexcept { return voices_; }
+    /// The voices as they were given; they live as long as the renderer.
+    const std::vector<std::span<const float>>& voices() const noexcept { return store_.voices(); }
     const std::vector<bool>& enabled() const noexcept { return enabled_; }
     float gain() const noexcept { return gain_; }
     /// Frames of one repetition, at least 1.
@@ -35,12 +39,38 @@ public:
     void setPosition(std::int64_t position) noexcept { position_ = position; }
 
 private:
-    std::vector<std::vector<float>> voices_;
+    /// Where a frame lies in its cycle, whose turn that is, and how many frames from there on are
+    /// neighbours in the same cycle.
+    struct Phase {
+        std::int64_t offset;
+        std::int64_t slot;
+        std::int64_t frames;
+    };
+
+    /// Channels of one buffer, and how many of them have a voice.
+    struct Channels {
+        std::int64_t first;
+        std::int64_t count;
+        std::int64_t voiced;
+    };
+
+    Phase phaseAt(std::int64_t time) const noexcept;
+    void fill(float* out, Channels channels, std::int64_t frames, Phase phase) const noexcept;
+    void writeTogether(float* out, Channels channels, std::int64_t frames,
+                       std::int64_t offset) const noexcept;
+    void writeTurn(float* out, Channels channels, std::int64_t frames, std::int64_t offset,
+                   std::int64_t slot) const noexcept;
+
+    VoiceStore store_;
     std::vector<bool> enabled_;
     float gain_;
     std::int64_t cycle_;
     bool sequential_;
     std::int64_t position_ = 0;
+
+    std::vector<Line> lines_;            ///< a line a voice, empty where its channel is silent
+    std::int64_t longestLine_ = 0;       ///< frames of the longest of them
+    std::vector<std::int64_t> speakers_; ///< the enabled channels, ascending
 };
 
 }

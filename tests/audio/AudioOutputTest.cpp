@@ -16,6 +16,7 @@ namespace {
 
 using testing::Each;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 /// Sample of channel `number` at an absolute frame, all together with -6 dB.
@@ -104,7 +105,7 @@ TEST_F(AudioOutputTest, TheFlagsLevelGapAndModeReachTheRenderer) {
     EXPECT_EQ(renderer.cycle(), 10 + 36000);
     EXPECT_TRUE(renderer.sequential());
     EXPECT_EQ(renderer.position(), 0);
-    EXPECT_EQ(renderer.voices().at(1), VoicesFolder::voice(2));
+    EXPECT_THAT(renderer.voices().at(1), ElementsAreArray(VoicesFolder::voice(2)));
 }
 
 TEST_F(AudioOutputTest, TheLevelIsTheNearestFloatOfTheDecibels) {

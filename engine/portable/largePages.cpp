@@ -1,0 +1,7 @@
+#include "engine/largePages.h"
+
+namespace tallyvox {
+
+void preferLargePages(void* /*memory*/, std::size_t /*bytes*/) noexcept {}
+
+}
