@@ -37,79 +37,96 @@ Renderer::Renderer(std::vector<std::vector<float>> voices, std::vector<bool> ena
             speakers_.push_back(g);
 }
 
+/// Turns of a sequential round.
+std::int64_t Renderer::turns() const noexcept {
+    return std::max(sizeOf(speakers_), std::int64_t{1});
+}
+
 // Before frame 0, cycles are counted toward zero: offsets run from a negative number up to 0, and
-// the frame at 0 is alone, the last of its cycle.
+// the frame at 0 is alone, the last of its cycle. No channel's turn is before the first.
 Renderer::Phase Renderer::phaseAt(std::int64_t time) const noexcept {
     const std::int64_t offset = time % cycle_;
-    const std::int64_t turns = std::max(sizeOf(speakers_), std::int64_t{1});
     const std::int64_t frames = time >= 0 ? cycle_ - offset : std::max(-offset, std::int64_t{1});
-    return {offset, time / cycle_ % turns, frames};
+    const std::int64_t slot = time / cycle_ % turns();
+    const bool somebody = slot >= 0 && slot < sizeOf(speakers_);
+    return {offset, frames, somebody ? speakers_[static_cast<std::size_t>(slot)] : -1};
 }
 
 void Renderer::render(AudioBufferList* list) noexcept {
-    const std::int64_t start = position_;
-    const Phase phase = phaseAt(start);
+    const Phase phase = phaseAt(position_);
     std::int64_t first = 0;
     std::int64_t longest = 0;
+    std::int64_t channels = 0;
+    std::int64_t bytes = 0;
+    std::int64_t frames = 0;
     for (const AudioBuffer& buffer : buffers(*list)) {
-        const std::int64_t channels = buffer.mNumberChannels;
-        if (channels == 0)
+        if (buffer.mNumberChannels == 0)
             continue;
-        const std::int64_t frames = buffer.mDataByteSize / (4 * channels);
-        longest = std::max(longest, frames);
+        // Buffers mostly are of one shape, and a division takes as long as their silence.
+        if (buffer.mNumberChannels != channels || buffer.mDataByteSize != bytes) {
+            channels = buffer.mNumberChannels;
+            bytes = buffer.mDataByteSize;
+            frames = bytes / (4 * channels);
+            longest = std::max(longest, frames);
+        }
         if (buffer.mData != nullptr && frames > 0) {
             const std::int64_t voiced =
                 std::clamp(sizeOf(lines_) - first, std::int64_t{0}, channels);
             require(voiced == 0 || first + voiced <= sizeOf(enabled_));
-            checkedAdd(start, frames - 1);
             fill(static_cast<float*>(buffer.mData), {first, channels, voiced}, frames, phase);
         }
         first = checkedAdd(first, channels);
     }
-    const std::int64_t turns = std::max(sizeOf(speakers_), std::int64_t{1});
-    const std::int64_t period = checkedMultiply(cycle_, sequential_ ? turns : 1);
-    position_ = checkedAdd(start, longest) % period;
+    const std::int64_t period = checkedMultiply(cycle_, sequential_ ? turns() : 1);
+    position_ = checkedAdd(position_, longest) % period;
 }
 
-void Renderer::fill(float* out, Channels channels, std::int64_t frames,
-                    Phase phase) const noexcept {
-    for (std::int64_t done = 0;;) {
-        const std::int64_t run = std::min(phase.frames, frames - done);
-        float* const row = out + done * channels.count;
-        if (sequential_)
-            writeTurn(row, channels, run, phase.offset, phase.slot);
-        else
-            writeTogether(row, channels, run, phase.offset);
+void Renderer::fill(float* out, const Channels& channels, std::int64_t frames,
+                    const Phase& phase) const noexcept {
+    std::int64_t done = std::min(phase.frames, frames);
+    write(out, channels, done, phase);
+    while (done < frames) {
+        const Phase next = phaseAt(checkedAdd(position_, done));
+        const std::int64_t run = std::min(next.frames, frames - done);
+        write(out + done * channels.count, channels, run, next);
         done += run;
-        if (done == frames)
-            return;
-        phase = phaseAt(position_ + done);
     }
 }
 
-void Renderer::writeTogether(float* out, Channels channels, std::int64_t frames,
+void Renderer::write(float* out, const Channels& channels, std::int64_t frames,
+                     const Phase& phase) const noexcept {
+    if (sequential_)
+        writeTurn(out, channels, frames, phase);
+    else
+        writeTogether(out, channels, frames, phase.offset);
+}
+
+void Renderer::writeTogether(float* out, const Channels& channels, std::int64_t frames,
                              std::int64_t offset) const noexcept {
     if (offset >= 0 && offset < longestLine_) {
         mix(out, channels.count, frames, lines_, channels.first, offset, gain_);
-        return;
+    } else {
+        require(offset >= 0 || !speaksAmong(channels));
+        mixSilence(out, frames * channels.count);
     }
-    const auto speaker = std::lower_bound(speakers_.begin(), speakers_.end(), channels.first);
-    require(offset >= 0 || speaker == speakers_.end() ||
-            *speaker >= channels.first + channels.voiced);
-    mixSilence(out, frames * channels.count);
 }
 
-void Renderer::writeTurn(float* out, Channels channels, std::int64_t frames, std::int64_t offset,
-                         std::int64_t slot) const noexcept {
-    mixSilence(out, frames * channels.count);
-    if (slot < 0 || slot >= sizeOf(speakers_))
+void Renderer::writeTurn(float* out, const Channels& channels, std::int64_t frames,
+                         const Phase& phase) const noexcept {
+    const std::int64_t k = phase.speaker - channels.first;
+    if (k < 0 || k >= channels.voiced) {
+        mixSilence(out, frames * channels.count);
         return;
-    const std::int64_t k = speakers_[static_cast<std::size_t>(slot)] - channels.first;
-    if (k < 0 || k >= channels.voiced)
-        return;
-    require(offset >= 0);
-    mixOver(out + k, channels.count, frames, lines_[static_cast<std::size_t>(channels.first + k)],
-            offset, gain_);
+    }
+    require(phase.offset >= 0);
+    mixTurn(out, channels.count, frames, k, lines_[static_cast<std::size_t>(phase.speaker)],
+            phase.offset, gain_);
+}
+
+/// Whether any of `channels` has a voice and its flag.
+bool Renderer::speaksAmong(const Channels& channels) const noexcept {
+    const auto speaker = std::lower_bound(speakers_.begin(), speakers_.end(), channels.first);
+    return speaker != speakers_.end() && *speaker < channels.first + channels.voiced;
 }
 
 }

@@ -39,12 +39,12 @@ public:
     void setPosition(std::int64_t position) noexcept { position_ = position; }
 
 private:
-    /// Where a frame lies in its cycle, whose turn that is, and how many frames from there on are
+    /// Where a frame lies in its cycle, who speaks then, and how many frames from there on are
     /// neighbours in the same cycle.
     struct Phase {
         std::int64_t offset;
-        std::int64_t slot;
         std::int64_t frames;
+        std::int64_t speaker; ///< in sequential mode the channel whose turn it is, or -1
     };
 
     /// Channels of one buffer, and how many of them have a voice.
@@ -54,12 +54,17 @@ private:
         std::int64_t voiced;
     };
 
+    std::int64_t turns() const noexcept;
     Phase phaseAt(std::int64_t time) const noexcept;
-    void fill(float* out, Channels channels, std::int64_t frames, Phase phase) const noexcept;
-    void writeTogether(float* out, Channels channels, std::int64_t frames,
+    void fill(float* out, const Channels& channels, std::int64_t frames,
+              const Phase& phase) const noexcept;
+    void write(float* out, const Channels& channels, std::int64_t frames,
+               const Phase& phase) const noexcept;
+    void writeTogether(float* out, const Channels& channels, std::int64_t frames,
                        std::int64_t offset) const noexcept;
-    void writeTurn(float* out, Channels channels, std::int64_t frames, std::int64_t offset,
-                   std::int64_t slot) const noexcept;
+    void writeTurn(float* out, const Channels& channels, std::int64_t frames,
+                   const Phase& phase) const noexcept;
+    bool speaksAmong(const Channels& channels) const noexcept;
 
     VoiceStore store_;
     std::vector<bool> enabled_;

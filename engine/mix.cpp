@@ -14,8 +14,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
-#include <cstring>
 
 namespace tallyvox {
 namespace {
@@ -24,6 +24,7 @@ constexpr std::int64_t lineSamples = 16;
 constexpr std::int64_t ahead = 2048;
 constexpr std::int64_t groupChannels = 16;
 constexpr std::int64_t blockFrames = 32;
+constexpr std::int64_t turnSamples = 4096;
 
 /// Four samples at any address.
 using Four [[gnu::vector_size(16), gnu::aligned(4), gnu::may_alias]] = float;
@@ -49,8 +50,9 @@ public:
               std::int64_t frames) noexcept
         : lines_(lines), frames_(frames) {
         const auto count = static_cast<std::int64_t>(lines.size());
-        next_ = index(number % count);
-        offset_ = offset + number / count * frames;
+        const std::int64_t laps = number < count ? 0 : number < 2 * count ? 1 : number / count;
+        next_ = index(number - laps * count);
+        offset_ = offset + laps * frames;
     }
 
     const float* next() noexcept {
@@ -167,8 +169,9 @@ void mixSplit(float* out, std::int64_t frames, std::span<const Line> lines, std:
     const Line& line = lines[index(number)];
     const std::int64_t spoken = std::clamp(line.frames - offset, std::int64_t{0}, frames);
     const float* const from = line.samples + offset;
-    const float* const next =
-        Lookahead(lines, number + std::max(ahead / frames, std::int64_t{1}), offset, frames).next();
+    const std::int64_t linesAhead =
+        std::max(ahead >> std::bit_width(index(frames - 1)), std::int64_t{1});
+    const float* const next = Lookahead(lines, number + linesAhead, offset, frames).next();
     std::int64_t f = 0;
     for (; f + lineSamples <= spoken; f += lineSamples) {
         fetch(next + f);
@@ -195,15 +198,17 @@ void mix(float* out, std::int64_t channels, std::int64_t frames, std::span<const
                        gain);
 }
 
-void mixOver(float* out, std::int64_t stride, std::int64_t frames, Line line, std::int64_t offset,
-             float gain) noexcept {
-    const std::int64_t spoken = std::min(frames, line.frames - offset);
-    for (std::int64_t f = 0; f < spoken; ++f)
-        out[f * stride] = line.samples[offset + f] * gain;
-}
-
-void mixSilence(float* out, std::int64_t count) noexcept {
-    std::memset(out, 0, index(count) * sizeof(float));
+// Silence first, then the speaker's samples, while the silence is still in the nearest cache.
+void mixTurn(float* out, std::int64_t channels, std::int64_t frames, std::int64_t speaker,
+             const Line& line, std::int64_t offset, float gain) noexcept {
+    const std::int64_t block = std::max(turnSamples / channels, std::int64_t{1});
+    for (std::int64_t f = 0; f < frames; f += block) {
+        const std::int64_t end = std::min(f + block, frames);
+        mixSilence(out + f * channels, (end - f) * channels);
+        const std::int64_t spoken = std::min(end, line.frames - offset);
+        for (std::int64_t i = f; i < spoken; ++i)
+            out[i * channels + speaker] = line.samples[offset + i] * gain;
+    }
 }
 
 }

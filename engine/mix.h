@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 
 namespace tallyvox {
@@ -17,12 +18,14 @@ struct Line {
 void mix(float* out, std::int64_t channels, std::int64_t frames, std::span<const Line> lines,
          std::int64_t first, std::int64_t offset, float gain) noexcept;
 
-/// Real-time: writes `line` from its sample `offset` on, times `gain`, to every `stride`th float of
-/// `out`, `frames` times at most and no further than the line's end.
-void mixOver(float* out, std::int64_t stride, std::int64_t frames, Line line, std::int64_t offset,
-             float gain) noexcept;
+/// Real-time: writes `frames` frames of `channels` interleaved channels to `out`, of which only
+/// channel `speaker` speaks: `line` from its sample `offset` on, times `gain`.
+void mixTurn(float* out, std::int64_t channels, std::int64_t frames, std::int64_t speaker,
+             const Line& line, std::int64_t offset, float gain) noexcept;
 
 /// Real-time: writes `count` samples of silence.
-void mixSilence(float* out, std::int64_t count) noexcept;
+inline void mixSilence(float* out, std::int64_t count) noexcept {
+    std::memset(out, 0, static_cast<std::size_t>(count) * sizeof(float));
+}
 
 }

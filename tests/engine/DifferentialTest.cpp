@@ -82,7 +82,7 @@ std::vector<GuardedBuffers::Shape> randomShapes(Dice& dice) {
     const std::uint32_t frames = dice.size(dice.once(4) ? 700 : 70);
     const bool wide = dice.once(3);
     for (auto& shape : shapes) {
-        shape.channels = dice.once(10) ? 0 : dice.once(2) ? 1 : dice.size(wide ? 70 : 10);
+        shape.channels = dice.once(10) ? 0 : dice.once(2) ? 1 : dice.size(wide ? 140 : 10);
         shape.frames = dice.once(6) ? dice.size(90) : frames;
         shape.extraBytes = dice.once(4) ? dice.size(4 * std::int64_t{shape.channels}) : 0;
         if (shape.extraBytes == 4 * shape.channels)
