@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/common/Layer.h"
-#include "tests/support/JackServer.h"
+#include "tests/support/eventually.h"
 
 #include <optional>
 #include <string>

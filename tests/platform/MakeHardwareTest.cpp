@@ -24,6 +24,17 @@ TEST(MakeHardwareTest, VirtualDevicesReplaceEverything) {
     EXPECT_EQ(complaints.str(), "");
 }
 
+class SystemLayer : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(SystemLayer, CanBeChosenAlone) {
+    std::ostringstream complaints;
+    EXPECT_NE(makeHardware(GetParam(), {}, complaints), nullptr);
+    EXPECT_EQ(complaints.str(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(MakeHardwareTest, SystemLayer,
+                         ::testing::Values("", "pipewire", "jack", "alsa"));
+
 class UnreadableChoice : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(UnreadableChoice, GivesOneLineAndNoOutputs) {

@@ -87,14 +87,4 @@ void JackOutput::remove() {
     process_.reset();
 }
 
-bool eventually(const std::function<bool()>& holds, std::chrono::milliseconds patience) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
-}
-
 }

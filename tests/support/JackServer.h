@@ -2,8 +2,6 @@
 
 #include "tests/support/Process.h"
 
-#include <chrono>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -67,9 +65,5 @@ public:
 private:
     std::unique_ptr<Process> process_;
 };
-
-/// Polls `holds` until it is true; false after `patience`.
-bool eventually(const std::function<bool()>& holds,
-                std::chrono::milliseconds patience = std::chrono::seconds(20));
 
 }
