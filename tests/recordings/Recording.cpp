@@ -40,7 +40,7 @@ double Recording::trailingSilence() const {
 }
 
 double Recording::loudnessAtFullPeak() const {
-    return kWeightedLoudness(samples, rate) - 20.0 * std::log10(double{peak()});
+    return kWeightedLoudness(samples, rate) - 20.0 * std::log10(static_cast<double>(peak()));
 }
 
 Recording readRecording(const std::filesystem::path& folder, std::int64_t number) {

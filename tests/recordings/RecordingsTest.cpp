@@ -72,6 +72,7 @@ TEST_F(RecordingsTest, BeginAndEndWithoutAClick) {
 
 TEST_F(RecordingsTest, AreEquallyLoudAtFullPeak) {
     std::vector<double> loudness;
+    loudness.reserve(recordings.size());
     for (const Recording& recording : recordings)
         loudness.push_back(recording.loudnessAtFullPeak());
     const double mean = std::accumulate(loudness.begin(), loudness.end(), 0.0) / count;

@@ -6,8 +6,8 @@
 
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <exception>
+#include <iostream>
 #include <string>
 
 namespace {
@@ -34,11 +34,11 @@ int hear(const std::filesystem::path& folder) {
         }
         byMajority += 2 * right > conditions.size() ? 1 : 0;
         if (!wrong.empty())
-            std::printf("%ld heard as%s\n", static_cast<long>(number), wrong.c_str());
+            std::cout << number << " heard as" << wrong << '\n';
     }
     for (std::size_t i = 0; i < conditions.size(); ++i)
-        std::printf("%+.0f dB: %d of 128\n", conditions.at(i), understood.at(i));
-    std::printf("majority: %d of 128\n", byMajority);
+        std::cout << '+' << conditions.at(i) << " dB: " << understood.at(i) << " of 128\n";
+    std::cout << "majority: " << byMajority << " of 128\n";
     return byMajority == 128 ? 0 : 1;
 }
 
@@ -46,13 +46,13 @@ int hear(const std::filesystem::path& folder) {
 
 int main(int count, char** arguments) {
     if (count != 2) {
-        std::fputs("usage: hear-in-noise FOLDER\n", stderr);
+        std::cerr << "usage: hear-in-noise FOLDER\n";
         return 2;
     }
     try {
         return hear(arguments[1]);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "hear-in-noise: %s\n", error.what());
+        std::cerr << "hear-in-noise: " << error.what() << '\n';
         return 1;
     }
 }

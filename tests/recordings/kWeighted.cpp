@@ -41,7 +41,7 @@ double kWeightedLoudness(std::span<const float> samples, double rate) {
     Filter cut(38.13547087602444, 0.5003270373238773, 1.0, 0.0, 0.0, rate);
     double sum = 0.0;
     for (const float sample : samples) {
-        const double weighted = cut(head(double{sample}));
+        const double weighted = cut(head(static_cast<double>(sample)));
         sum += weighted * weighted;
     }
     return -0.691 + 10.0 * std::log10(sum / static_cast<double>(samples.size()));

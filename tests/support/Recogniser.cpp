@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -50,7 +51,7 @@ std::vector<float> resampled(std::span<const float> samples, double rate) {
 double meanSquare(std::span<const float> samples) {
     double sum = 0.0;
     for (const float sample : samples)
-        sum += double{sample} * double{sample};
+        sum += std::pow(static_cast<double>(sample), 2.0);
     return sum / static_cast<double>(samples.size());
 }
 
@@ -58,11 +59,11 @@ std::vector<std::int16_t> inNoise(std::span<const float> speech, double signalTo
     const std::vector<float> noise = pinkNoise(speech.size() + 2 * padding);
     const double noiseGain =
         std::sqrt(meanSquare(speech) / meanSquare(noise)) * std::pow(10.0, -signalToNoise / 20.0);
-    std::vector<double> mix(noise.size());
-    for (std::size_t i = 0; i < mix.size(); ++i) {
-        const bool speaks = i >= padding && i - padding < speech.size();
-        mix[i] = noiseGain * double{noise[i]} + (speaks ? double{speech[i - padding]} : 0.0);
-    }
+    std::vector<double> mix(noise.begin(), noise.end());
+    for (double& sample : mix)
+        sample *= noiseGain;
+    std::transform(speech.begin(), speech.end(), mix.begin() + padding, mix.begin() + padding,
+                   std::plus<double>());
     double peak = 0.0;
     for (const double sample : mix)
         peak = std::max(peak, std::abs(sample));

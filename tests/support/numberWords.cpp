@@ -1,6 +1,7 @@
 #include "tests/support/numberWords.h"
 
 #include <array>
+#include <utility>
 
 namespace tallyvox {
 namespace {
@@ -25,15 +26,17 @@ std::string belowHundred(std::int64_t number) {
 std::vector<std::string> numberWords(std::int64_t number) {
     if (number < 100)
         return {belowHundred(number)};
+    const std::string rest = belowHundred(number - 100);
     std::vector<std::string> ways;
-    for (const std::string hundred : {"one hundred", "a hundred"}) {
-        if (number == 100) {
-            ways.push_back(hundred);
+    for (std::string hundred : {"one hundred", "a hundred"}) {
+        if (rest.empty()) {
+            ways.push_back(std::move(hundred));
             continue;
         }
-        const std::string rest = belowHundred(number - 100);
-        ways.push_back(hundred + " " + rest);
-        ways.push_back(hundred + " and " + rest);
+        ways.push_back(hundred);
+        ways.back().append(" ").append(rest);
+        ways.push_back(std::move(hundred));
+        ways.back().append(" and ").append(rest);
     }
     return ways;
 }

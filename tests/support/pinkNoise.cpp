@@ -22,7 +22,8 @@ constexpr std::array<Pole, 6> poles = {{{0.99886, 0.0555179},
 }
 
 std::vector<float> pinkNoise(std::size_t count) {
-    std::mt19937 random(20);
+    // The same seed always: what is heard in it must not depend on luck.
+    std::mt19937 random(20); // NOLINT(cert-msc32-c,cert-msc51-cpp)
     const auto white = [&random] { return static_cast<double>(random()) / 0x1p31 - 1.0; };
     std::array<double, poles.size()> state{};
     std::vector<float> noise(count);
