@@ -1,3 +1,5 @@
+#include "audio/devices.h"
+#include "platform/linux/makeHardware.h"
 #include "platform/linux/pipewire/pipewireLayer.h"
 #include "tests/support/PipewireServer.h"
 #include "tests/support/eventually.h"
@@ -5,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <sstream>
 
 namespace tallyvox {
 namespace {
@@ -127,6 +129,32 @@ TEST_F(PipewireCatalogueTest, WithoutAServerListingIsQuick) {
     }
     // The best of some, for other programs may hold the processor in any of them.
     EXPECT_LT(*std::ranges::min_element(times), 50ms);
+}
+
+TEST_F(PipewireCatalogueTest, ListingSixWideDevicesWhileOnePlaysIsQuick) {
+    std::vector<PipewireServer::Sink> sinks;
+    for (int number = 1; number <= 6; ++number)
+        sinks.push_back({"Device " + std::to_string(number), 64, 48000});
+    const PipewireServer server(sinks);
+    std::ostringstream complaints;
+    const auto hardware = makeHardware("pipewire", {}, complaints);
+    const auto listing = devices(*hardware);
+    ASSERT_EQ(listing.size(), 6U);
+    Hardware::IOProcId proc = nullptr;
+    const auto id = listing.front().id;
+    ASSERT_EQ(hardware->createIOProc(
+                  id, [](AudioBufferList*) {}, proc),
+              0);
+    ASSERT_EQ(hardware->startDevice(id, proc), 0);
+    std::vector<Clock::duration> times;
+    for (int round = 0; round < 51; ++round) {
+        const auto begin = Clock::now();
+        ASSERT_EQ(devices(*hardware).size(), 6U);
+        times.push_back(Clock::now() - begin);
+    }
+    std::ranges::sort(times);
+    EXPECT_LT(times[25], TALLYVOX_SANITIZED == 0 ? 1ms : 20ms);
+    EXPECT_EQ(hardware->destroyIOProc(id, proc), 0);
 }
 
 TEST_F(PipewireCatalogueTest, AServerThatHangsIsWaitedForOnce) {

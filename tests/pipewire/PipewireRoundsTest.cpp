@@ -45,8 +45,10 @@ TEST(PipewireRoundsTest, StartingAndStoppingLeavesNothingBehind) {
     const Resources after = Resources::held();
     EXPECT_EQ(after.threads, before.threads);
     EXPECT_EQ(after.descriptors, before.descriptors);
-    // The memory of a stream of 64 channels is more than this a round.
-    EXPECT_LT(after.kibibytes, before.kibibytes + 4096);
+    // The sanitizers keep what is freed, and look for leaks themselves.
+    if (TALLYVOX_SANITIZED == 0) {
+        EXPECT_LT(after.kibibytes, before.kibibytes + 4096);
+    }
     RecordProperty("rounds", rounds());
     RecordProperty("kibibytes", static_cast<int>(after.kibibytes - before.kibibytes));
     ASSERT_TRUE(eventually([&] { return layer->devices()->size() == 1; }));

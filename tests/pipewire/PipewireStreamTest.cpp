@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+
 namespace tallyvox {
 namespace {
 
@@ -44,6 +46,20 @@ TEST_F(PipewireStreamTest, EveryChannelOfAServersOwnDeviceIsExact) {
 TEST_F(PipewireStreamTest, SixtyFourChannelsOfAServersOwnDeviceAreExact) {
     auto ear = PipewireOutput::monitor("Sixty-four", 64, file(), 48000);
     playAndCompare(await(*layer, "Sixty-four", 64).id, ear, 64, 48000);
+}
+
+TEST_F(PipewireStreamTest, ACallbackThatIsLateIsCounted) {
+    std::unique_ptr<Stream> stream;
+    std::atomic<std::int64_t> calls = 0;
+    const auto lateOnce = [&](AudioBufferList*) {
+        if (++calls == 3)
+            std::this_thread::sleep_for(std::chrono::milliseconds(400));
+    };
+    ASSERT_EQ(layer->open(await(*layer, "Eight", 8).id, lateOnce, stream), 0);
+    ASSERT_EQ(stream->start(), 0);
+    EXPECT_EQ(stream->xruns(), 0U);
+    EXPECT_TRUE(eventually([&] { return stream->xruns() > 0; }));
+    EXPECT_TRUE(eventually([&] { return calls > 5; })) << "it goes on";
 }
 
 class WideDevice : public PipewireStreamTest,

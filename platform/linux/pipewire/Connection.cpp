@@ -43,6 +43,15 @@ Graph::Port portOf(const spa_dict& properties) {
                      text(properties, PW_KEY_PORT_MONITOR) != "true"};
 }
 
+pw_context* makeContext(pw_thread_loop* loop, const char* configuration) {
+    return pw_context_new(pw_thread_loop_get_loop(loop),
+                          pw_properties_new(PW_KEY_CONFIG_NAME, configuration, PW_KEY_APP_ID,
+                                            "com.orbelknoll.tallyvox", PW_KEY_APP_NAME, "Tallyvox",
+                                            PW_KEY_APP_ICON_NAME, "com.orbelknoll.tallyvox",
+                                            nullptr),
+                          0);
+}
+
 }
 
 struct Connection::Events {
@@ -140,12 +149,9 @@ bool Connection::connect() {
     loop_.reset(pw_thread_loop_new("tallyvox", nullptr));
     if (!loop_)
         return false;
-    context_.reset(
-        pw_context_new(pw_thread_loop_get_loop(loop_.get()),
-                       pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", PW_KEY_APP_ID,
-                                         "org.tallyvox.Tallyvox", PW_KEY_APP_NAME, "Tallyvox",
-                                         PW_KEY_APP_ICON_NAME, "org.tallyvox.Tallyvox", nullptr),
-                       0));
+    for (const char* configuration : {"client-rt.conf", "client.conf"})
+        if (!context_)
+            context_.reset(makeContext(loop_.get(), configuration));
     if (!context_)
         return false;
     core_ = pw_context_connect(context_.get(), nullptr, 0);
