@@ -140,9 +140,13 @@ void JackPlayback::stop() {
 }
 
 void JackPlayback::close() {
-    if (auto* jack = client())
+    if (auto* jack = client(); jack != nullptr && labelled_ > 0) {
         for (; labelled_ > 0; --labelled_)
             jack_remove_properties(jack, jack_port_uuid(ports_[labelled_ - 1]));
+        // The server tells every client of each label, and a client that closes stops listening
+        // first: unless the server has done so before, it waits for this one for ever.
+        jack_free(jack_get_uuid_for_client_name(jack, jack_get_client_name(jack)));
+    }
     if (client_)
         client_->reset();
 }
