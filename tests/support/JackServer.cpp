@@ -1,5 +1,7 @@
 #include "tests/support/JackServer.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -30,12 +32,30 @@ std::unique_ptr<Process> ready(const Command& command) {
     return process;
 }
 
+/// Locks a server's name that nobody else uses, for this process and all that it starts. The
+/// names are few and come again, because a machine has eight places for servers, and one that was
+/// killed keeps its own until a server of the same name takes it.
+int lockName(std::string& name) {
+    for (;;) {
+        for (const char number : {'1', '2', '3', '4'}) {
+            name = std::string("tallyvox-test-") + number;
+            const auto file = std::filesystem::temp_directory_path() /
+                              (name + "-" + std::to_string(getuid()) + ".lock");
+            // Programs inherit the descriptor and, with it, the lock.
+            const int lock = open(file.c_str(), O_RDWR | O_CREAT, 0666);
+            if (lock >= 0 && flock(lock, LOCK_EX | LOCK_NB) == 0)
+                return lock;
+            close(lock);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+}
+
 }
 
 bool JackServer::available() { return std::system("command -v jackd >/dev/null") == 0; }
 
-JackServer::JackServer(Setup setup)
-    : setup_(setup), name_("tallyvox-test-" + std::to_string(getpid())) {
+JackServer::JackServer(Setup setup) : setup_(setup), lock_(lockName(name_)) {
     setenv("JACK_DEFAULT_SERVER", name_.c_str(), 1);
     start();
 }
@@ -43,6 +63,7 @@ JackServer::JackServer(Setup setup)
 JackServer::~JackServer() {
     if (process_)
         stop();
+    close(lock_);
 }
 
 void JackServer::stop() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/Process.h"
+#include "tests/support/eventually.h"
 
 #include <memory>
 #include <string>
@@ -37,7 +38,8 @@ public:
 
 private:
     const Setup setup_;
-    const std::string name_;
+    std::string name_;
+    int lock_; ///< on the name, held by every program that was started meanwhile
     std::unique_ptr<Process> process_;
 };
 
