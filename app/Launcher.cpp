@@ -32,6 +32,8 @@ void runWindow(std::string program) {
     int count = 1;
     char* words[] = {program.data(), nullptr};
     QGuiApplication application(count, words);
+    // The desktop finds the icon and the name to the window by its desktop entry.
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.orbelknoll.tallyvox"));
 
     const Interruption interruption;
     const QSocketNotifier notifier(interruption.descriptor(), QSocketNotifier::Read);
