@@ -49,6 +49,7 @@ Screen::Screen() { needApplication(); }
 Screen::~Screen() = default;
 
 void Screen::addOutput(std::uint32_t id, std::string name, std::uint32_t channels, double rate) {
+    voices_.fillUpTo(std::min<std::int64_t>(channels, 128));
     hardware.addDevice(id, std::move(name), {channels}, rate);
 }
 
