@@ -119,12 +119,18 @@ struct PropertyServer::State {
         return list(fallback).value_or(std::vector<std::uint32_t>{});
     }
 
-    std::optional<Found> find(std::uint32_t id) const {
-        for (const Layers* layers : {&servers, &fallback})
-            for (const auto& layer : *layers)
-                if (auto record = layer->device(id))
-                    return Found{layer.get(), *std::move(record)};
+    static std::optional<Found> find(const Layers& layers, std::uint32_t id) {
+        for (const auto& layer : layers)
+            if (auto record = layer->device(id))
+                return Found{layer.get(), *std::move(record)};
         return {};
+    }
+
+    std::optional<Found> find(std::uint32_t id) const {
+        if (auto found = find(servers, id))
+            return found;
+        // A device that plays stays what it is when a server comes up beside it.
+        return xruns(id) || !list(servers) ? find(fallback, id) : std::nullopt;
     }
 
     std::optional<std::uint64_t> xruns(std::uint32_t device) const {

@@ -14,7 +14,7 @@ namespace {
 /// TALLYVOX_ROUNDS, or as many as do not hold up the suite.
 int rounds() {
     const char* const text = std::getenv("TALLYVOX_ROUNDS");
-    return text != nullptr ? std::atoi(text) : 12;
+    return text != nullptr ? std::atoi(text) : 8;
 }
 
 TEST(PipewireRoundsTest, StartingAndStoppingLeavesNothingBehind) {
@@ -37,7 +37,7 @@ TEST(PipewireRoundsTest, StartingAndStoppingLeavesNothingBehind) {
         ASSERT_EQ(signal.calls(), stopped) << "a call came after the stop";
     };
 
-    for (int warmUp = 0; warmUp < 4; ++warmUp)
+    for (int warmUp = 0; warmUp < 3; ++warmUp)
         play();
     const Resources before = Resources::held();
     for (int round = 0; round < rounds() && !HasFatalFailure(); ++round)

@@ -134,6 +134,29 @@ TEST_F(PropertyServerTest, HardwareIsListedOnlyWhenNoServerAnswers) {
     EXPECT_EQ(ids(), (std::vector<std::uint32_t>{30}));
 }
 
+TEST_F(PropertyServerTest, HardwareIsAskedForADeviceOnlyWhenNoServerAnswers) {
+    last.devices = {{30, "Hardware", {2}, 48000.0}};
+    EXPECT_EQ(text(30, kAudioObjectPropertyName), "(none)");
+    EXPECT_TRUE(last.log.empty());
+    first.devices.reset();
+    second.devices.reset();
+    EXPECT_EQ(text(30, kAudioObjectPropertyName), "Hardware");
+}
+
+TEST_F(PropertyServerTest, HardwareThatPlaysKeepsItsPropertiesWhenAServerComesUp) {
+    last.devices = {{30, "Hardware", {2}, 48000.0}};
+    first.devices.reset();
+    second.devices.reset();
+    Hardware::IOProcId proc = nullptr;
+    ASSERT_EQ(server.createIOProc(
+                  30, [](AudioBufferList*) {}, proc),
+              0);
+    first.devices = std::vector<DeviceRecord>{};
+    EXPECT_EQ(text(30, kAudioObjectPropertyName), "Hardware");
+    EXPECT_TRUE(ids().empty());
+    EXPECT_EQ(server.destroyIOProc(30, proc), 0);
+}
+
 TEST_F(PropertyServerTest, NothingThatAnswersIsAnEmptyList) {
     first.devices.reset();
     second.devices.reset();
