@@ -1,6 +1,7 @@
 #include "audio/SystemReport.h"
 
 #include "platform/common/realtimeThread.h"
+#include "platform/linux/alsa/alsaReport.h"
 #include "platform/linux/jack/jackReport.h"
 #include "platform/linux/pipewire/pipewireReport.h"
 
@@ -26,7 +27,7 @@ bool mayRunRealtime() {
 }
 
 SystemReport systemReport() {
-    return {{pipewireReport(), jackReport()},
+    return {{pipewireReport(), jackReport(), alsaReport()},
             mayRunRealtime(),
             "Give your user a limit of real-time priority (\"rtprio 70\" in "
             "/etc/security/limits.d) or install rtkit, then log in again."};
