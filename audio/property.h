@@ -9,7 +9,7 @@
 namespace tallyvox {
 
 /// No honest answer is longer, in bytes: a size beyond it is refused before memory is taken.
-inline constexpr std::uint32_t kLongestProperty = 1U << 24U;
+inline constexpr std::uint32_t kLongestProperty = 1U << 18U;
 
 /// Reads a property of variable length into `values`: as many whole elements as its size holds,
 /// zero where the answer is shorter. Answers the first status that is not 0.

@@ -256,5 +256,12 @@ TEST_F(Devices, AnAbsurdSizeIsRefusedWithoutReading) {
     EXPECT_THAT(listed(), IsEmpty());
 }
 
+TEST_F(Devices, AListOfMillionsIsNotWalkedIdById) {
+    hardware.addDevice(7, "Out", {2}, 48000);
+    list().statedSize = 16U << 20U;
+    EXPECT_THAT(listed(), IsEmpty());
+    EXPECT_THAT(hardware.log, ElementsAre("size 1 dev# glob"));
+}
+
 }
 }
