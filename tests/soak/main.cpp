@@ -1,0 +1,29 @@
+// Long trials of the whole chain, for as long as asked:
+//   soak jack|pipewire SECONDS     every sample on 128 channels of a real server
+//   soak cycles virtual|jack N     starts and stops that leave nothing behind
+//   soak overload SECONDS          a machine that is too busy
+
+#include "tests/soak/trials.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <vector>
+
+int main(int count, char** arguments) {
+    const std::vector<std::string> words(arguments + 1, arguments + count);
+    try {
+        if (words.size() == 2 && (words[0] == "jack" || words[0] == "pipewire"))
+            return tallyvox::soak(words[0], std::stoll(words[1])) ? 0 : 1;
+        if (words.size() == 2 && words[0] == "overload")
+            return tallyvox::overload(std::stoll(words[1])) ? 0 : 1;
+        if (words.size() == 3 && words[0] == "cycles")
+            return tallyvox::cycles(words[1], std::stoll(words[2])) ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "soak: %s\n", error.what());
+        return 1;
+    }
+    std::fputs("usage: soak jack|pipewire SECONDS | cycles virtual|jack N | overload SECONDS\n",
+               stderr);
+    return 2;
+}
