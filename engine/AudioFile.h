@@ -29,7 +29,7 @@ public:
 
 private:
     struct Handle;
-    Handle* handle_;
+    Handle* handle_ = nullptr;
 };
 
 }

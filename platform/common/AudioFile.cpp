@@ -26,6 +26,16 @@ std::string sentence(const char* verb, const std::filesystem::path& path, std::s
            ".";
 }
 
+/// Appends `count` samples that lie `stride` apart.
+void append(std::vector<float>& channel, const float* from, std::size_t stride, std::size_t count) {
+    if (stride == 1) {
+        channel.insert(channel.end(), from, from + count);
+        return;
+    }
+    for (std::size_t f = 0; f < count; ++f)
+        channel.push_back(from[f * stride]);
+}
+
 }
 
 struct AudioFile::Handle {
@@ -34,7 +44,7 @@ struct AudioFile::Handle {
     SNDFILE* file = nullptr;
 };
 
-AudioFile::AudioFile(const std::filesystem::path& path) : handle_(nullptr) {
+AudioFile::AudioFile(const std::filesystem::path& path) {
     auto handle = std::make_unique<Handle>();
     handle->path = path;
     // Without waiting: a pipe of that name would otherwise never open.
@@ -75,8 +85,7 @@ std::optional<std::vector<std::vector<float>>> AudioFile::read() {
     while (left > 0) {
         const auto got = sf_readf_float(handle_->file, chunk.data(), std::min(left, chunkFrames));
         for (std::size_t c = 0; c < width; ++c)
-            for (sf_count_t f = 0; f < got; ++f)
-                channels[c].push_back(chunk[static_cast<std::size_t>(f) * width + c]);
+            append(channels[c], chunk.data() + c, width, static_cast<std::size_t>(got));
         if (got == 0)
             break;
         left -= got;

@@ -23,8 +23,8 @@ struct Script {
 
 struct AudioFile::Handle {};
 
-AudioFile::AudioFile(const std::filesystem::path& path) : handle_(nullptr) { script.opened = path; }
-AudioFile::~AudioFile() = default;
+AudioFile::AudioFile(const std::filesystem::path& path) { script.opened = path; }
+AudioFile::~AudioFile() { delete handle_; }
 double AudioFile::rate() const noexcept { return script.rate; }
 std::int64_t AudioFile::length() const noexcept { return script.length; }
 std::optional<std::vector<std::vector<float>>> AudioFile::read() { return script.read(); }

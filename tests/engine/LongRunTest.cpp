@@ -26,7 +26,7 @@ float expectedSample(std::int64_t channel, std::int64_t time, bool sequential) {
 
 /// Callbacks of every size, most of them into a device that takes no samples, with a look at the
 /// samples after each: the phase must be right to the frame after a month at 96 kHz.
-void playAMonth(bool sequential) {
+void playAMonth(bool sequential, std::uint32_t seed) {
     std::vector<std::vector<float>> voices;
     for (std::int64_t g = 0; g < channels; ++g) {
         auto& voice = voices.emplace_back();
@@ -41,7 +41,7 @@ void playAMonth(bool sequential) {
     heard.buffers()[0].mData = samples.data();
     heard.buffers()[0].mDataByteSize = static_cast<std::uint32_t>(samples.size() * 4);
 
-    std::mt19937 random(30);
+    std::mt19937 random(seed);
     std::int64_t time = 0;
     std::int64_t calls = 0;
     while (time < thirtyDays) {
@@ -60,9 +60,9 @@ void playAMonth(bool sequential) {
     EXPECT_GT(calls, 10000);
 }
 
-TEST(LongRun, AfterAMonthAllChannelsAreInPhaseToTheFrame) { playAMonth(false); }
+TEST(LongRun, AfterAMonthAllChannelsAreInPhaseToTheFrame) { playAMonth(false, 30); }
 
-TEST(LongRun, AfterAMonthTheTurnsAreInPhaseToTheFrame) { playAMonth(true); }
+TEST(LongRun, AfterAMonthTheTurnsAreInPhaseToTheFrame) { playAMonth(true, 31); }
 
 }
 }

@@ -14,6 +14,7 @@ std::size_t wholeSamples(const GuardedBuffers::Shape& shape) {
 
 std::vector<std::uint32_t> widths(const std::vector<GuardedBuffers::Shape>& shapes) {
     std::vector<std::uint32_t> result;
+    result.reserve(shapes.size());
     for (const auto& shape : shapes)
         result.push_back(shape.channels);
     return result;

@@ -11,8 +11,8 @@ namespace tallyvox {
 class GuardedBuffers {
 public:
     struct Shape {
-        std::uint32_t channels;
-        std::uint32_t frames;
+        std::uint32_t channels = 0;
+        std::uint32_t frames = 0;
         std::uint32_t extraBytes = 0; ///< beyond the last whole frame
         bool null = false;            ///< no memory, though its size is told
     };

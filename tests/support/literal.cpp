@@ -25,7 +25,6 @@ LiteralRenderer::LiteralRenderer(std::vector<std::vector<float>> voices, std::ve
     : voices_(std::move(voices)),
       enabled_(std::move(enabled)),
       gain_(gain),
-      cycle_(0),
       sequential_(sequential) {
     std::int64_t longest = 0;
     for (const auto& voice : voices_)

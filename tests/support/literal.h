@@ -28,7 +28,7 @@ private:
     std::vector<std::vector<float>> voices_;
     std::vector<bool> enabled_;
     float gain_;
-    std::int64_t cycle_;
+    std::int64_t cycle_ = 1;
     bool sequential_;
     std::int64_t position_ = 0;
 };
