@@ -1,5 +1,7 @@
 #include "tests/support/JackServer.h"
 
+#include "tests/support/eventually.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -86,8 +88,11 @@ void JackServer::start() {
           std::to_string(1'000'000LL * setup_.period / setup_.rate)})
         line.push_back(text);
     process_ = std::make_unique<Process>(Command{.line = line});
-    const auto up = run({.line = {"jack_wait", "--server", name_, "--wait", "--timeout", "30"}});
-    if (up.exitCode != 0)
+    const auto answers = [this] {
+        const auto state = run({.line = {"jack_wait", "--server", name_, "--check"}});
+        return state.out.starts_with("running");
+    };
+    if (!eventually(answers))
         throw std::runtime_error("jackd does not start: " + process_->out() + process_->err());
 }
 

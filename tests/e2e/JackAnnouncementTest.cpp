@@ -1,0 +1,151 @@
+// The whole road of an announcement, from the command line to the samples that a device of a real
+// jackd is given, alone and beside a PipeWire server.
+
+#include "tests/e2e/Announcement.h"
+#include "tests/support/JackServer.h"
+#include "tests/support/PipewireServer.h"
+#include "tests/support/Recogniser.h"
+#include "tests/support/eventually.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+namespace tallyvox {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+Command command(std::vector<std::string> line, const std::string& audio) {
+    return {.line = std::move(line), .set = {{"TALLYVOX_AUDIO", audio}}};
+}
+
+/// The names that the program lists, in its order.
+std::vector<std::string> listed(const std::string& audio) {
+    const Outcome outcome = run(command({TALLYVOX_PROGRAM, "--devices"}, audio));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.err, "");
+    std::vector<std::string> names;
+    std::istringstream lines(outcome.out);
+    for (std::string line; std::getline(lines, line);) {
+        const auto begin = line.find(": ") + 2;
+        names.push_back(line.substr(begin, line.find(" | ") - begin));
+    }
+    return names;
+}
+
+class JackAnnouncementTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!JackServer::available())
+            GTEST_SKIP() << "jackd is not installed";
+    }
+
+    /// What a device of the choice's channels got, while `companion play` announced on it.
+    Capture capture(const Announcement::Choice& choice, const Announcement& expected,
+                    double cycles) {
+        const JackServer server({.rate = static_cast<int>(choice.rate), .period = 2048});
+        JackOutput ear("Stage", static_cast<int>(choice.channels), file(),
+                       static_cast<int>(cycles * static_cast<double>(expected.cycle())));
+        std::vector<std::string> line{TALLYVOX_COMPANION,
+                                      "play",
+                                      "--output",
+                                      "Stage",
+                                      "--first",
+                                      std::to_string(choice.first),
+                                      "--last",
+                                      std::to_string(choice.last),
+                                      "--db",
+                                      std::to_string(choice.db),
+                                      "--gap",
+                                      std::to_string(choice.gap)};
+        if (choice.sequential)
+            line.emplace_back("--sequential");
+        Process companion(command(line, "jack"));
+        EXPECT_TRUE(ear.captured()) << companion.out() << companion.err();
+        companion.send(SIGINT);
+        const Outcome outcome = companion.end();
+        EXPECT_EQ(outcome.exitCode, 130) << outcome.out;
+        EXPECT_EQ(outcome.err, "");
+        return {file(), choice.channels};
+    }
+
+    std::filesystem::path file() const { return folder.path() / "capture"; }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(JackAnnouncementTest, EachOf128ChannelsSpeaksItsOwnNumber) {
+    const Announcement::Choice choice{128, 48000, -6, 0.2, false, 1, 128};
+    const Announcement expected(choice);
+    const Capture heard = capture(choice, expected, 1.05);
+    EXPECT_EQ(heard.deviation(expected), "");
+
+    Recogniser recogniser;
+    for (const std::int64_t channel : {1, 2, 7, 13, 19, 30, 40, 64, 77, 99, 100, 128})
+        EXPECT_EQ(recogniser.number(heard.channel(channel, expected.cycle()), choice.rate),
+                  channel);
+}
+
+TEST_F(JackAnnouncementTest, ChannelsBeyond128StaySilent) {
+    const Announcement::Choice choice{200, 96000, -20, 0.2, false, 1, 128};
+    const Announcement expected(choice);
+    EXPECT_EQ(capture(choice, expected, 1.05).deviation(expected), "");
+}
+
+TEST_F(JackAnnouncementTest, ChannelsTakeTurns) {
+    const Announcement::Choice choice{64, 44100, -6, 0.2, true, 62, 64};
+    const Announcement expected(choice);
+    EXPECT_EQ(capture(choice, expected, 3.1).deviation(expected), "");
+}
+
+TEST_F(JackAnnouncementTest, TheEndOfTheServerEndsIt) {
+    JackServer server({.playback = 8});
+    Process companion(command({TALLYVOX_COMPANION, "play"}, "jack"));
+    ASSERT_TRUE(companion.shows("Playing to system"));
+    server.process().send(SIGKILL);
+    const Outcome outcome = companion.end();
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("Output changed or disconnected."));
+}
+
+TEST_F(JackAnnouncementTest, EveryServerThatAnswersIsListedOnce) {
+    if (!PipewireServer::available())
+        GTEST_SKIP() << "pipewire is not installed";
+    PipewireServer pipewire({{"Balcony", 8, 48000}, {"Cellar", 2, 48000}});
+    auto jack = std::make_unique<JackServer>(JackServer::Setup{.playback = 4});
+    EXPECT_THAT(listed(""), ElementsAre("Balcony", "Cellar", "system"));
+    EXPECT_THAT(listed("pipewire"), ElementsAre("Balcony", "Cellar"));
+    EXPECT_THAT(listed("jack"), ElementsAre("system"));
+    for (const std::string output : {"Cellar", "system"}) {
+        const Outcome outcome =
+            run(command({TALLYVOX_COMPANION, "play", "--output", output, "--seconds", "0.5"}, ""));
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    }
+    jack.reset();
+    EXPECT_THAT(listed(""), ElementsAre("Balcony", "Cellar"));
+}
+
+TEST_F(JackAnnouncementTest, PipewiresEmulationIsServedOnlyWhenAskedFor) {
+    const std::filesystem::path emulation = TALLYVOX_JACK_EMULATION;
+    if (!PipewireServer::available() || !std::filesystem::exists(emulation))
+        GTEST_SKIP() << "PipeWire's JACK emulation is not installed";
+    PipewireServer pipewire({{"Balcony", 8, 48000}});
+    const auto emulated = [&](std::vector<std::string> line, const std::string& audio) {
+        auto result = command(std::move(line), audio);
+        result.set["LD_LIBRARY_PATH"] = emulation.parent_path();
+        return run(result);
+    };
+    const auto once = emulated({TALLYVOX_PROGRAM, "--devices"}, "");
+    EXPECT_THAT(once.out, HasSubstr("Balcony | 8 outputs | 48000.0 Hz\n"));
+    EXPECT_EQ(std::count(once.out.begin(), once.out.end(), '\n'), 1) << once.out;
+    const auto asked = emulated({TALLYVOX_PROGRAM, "--devices"}, "jack");
+    EXPECT_THAT(asked.out, HasSubstr("Balcony | 8 outputs | 48000.0 Hz\n"));
+    EXPECT_NE(asked.out, once.out) << "the ids are not of different layers";
+    const auto played = emulated({TALLYVOX_COMPANION, "play", "--seconds", "0.5"}, "jack");
+    EXPECT_EQ(played.exitCode, 0) << played.err;
+}
+
+}
+}
