@@ -12,7 +12,7 @@ class Spoken : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("It is attached to items.")
-    QML_ATTACHED(Spoken)
+    QML_ATTACHED(tallyvox::Spoken)
     Q_PROPERTY(Role role MEMBER role NOTIFY roleChanged FINAL)
     Q_PROPERTY(QString name MEMBER name NOTIFY nameChanged FINAL)
     Q_PROPERTY(QString description MEMBER description NOTIFY descriptionChanged FINAL)

@@ -20,7 +20,7 @@ T.Control {
 
     focusPolicy: playable ? Qt.StrongFocus : Qt.NoFocus
 
-    Keys.forwardTo: cells
+    Keys.forwardTo: [cells]
     Keys.onSpacePressed: cells.currentItem?.press()
     Keys.onReturnPressed: cells.currentItem?.press()
     Keys.onEnterPressed: cells.currentItem?.press()
