@@ -20,15 +20,25 @@ protected:
         layer = makePipewireLayer();
     }
 
-    void playAndCompare(std::uint32_t id, PipewireOutput& ear, int channels, std::int64_t frames) {
-        const TestSignal signal;
-        std::unique_ptr<Stream> stream;
-        ASSERT_EQ(layer->open(id, signal.callback(), stream), 0);
-        ASSERT_EQ(stream->start(), 0);
-        ASSERT_TRUE(ear.captured());
-        stream->stop();
+    /// Plays on the device `name` until the ear that `makeEar` makes has captured `frames` frames,
+    /// and compares them. A capture with gaps is tried again, for a machine may be busy.
+    template<class MakeEar>
+    void playAndCompare(const std::string& name, int channels, std::int64_t frames,
+                        MakeEar makeEar) {
+        bool late = true;
+        for (int attempt = 0; late && attempt < 4; ++attempt) {
+            PipewireOutput ear = makeEar();
+            const auto id = await(*layer, name, static_cast<std::size_t>(channels)).id;
+            const TestSignal signal;
+            std::unique_ptr<Stream> stream;
+            ASSERT_EQ(layer->open(id, signal.callback(), stream), 0);
+            ASSERT_EQ(stream->start(), 0);
+            ASSERT_TRUE(ear.captured());
+            late = ear.late() || stream->xruns() > 0;
+            stream->stop();
+        }
+        EXPECT_FALSE(late) << "the machine does not keep up";
         EXPECT_EQ(deviation(file(), channels, frames), "");
-        EXPECT_EQ(stream->xruns(), 0U);
     }
 
     std::filesystem::path file() const { return folder.path() / "capture"; }
@@ -39,13 +49,13 @@ protected:
 };
 
 TEST_F(PipewireStreamTest, EveryChannelOfAServersOwnDeviceIsExact) {
-    auto ear = PipewireOutput::monitor("Eight", 8, file(), 44100);
-    playAndCompare(await(*layer, "Eight", 8).id, ear, 8, 44100);
+    playAndCompare("Eight", 8, 44100,
+                   [&] { return PipewireOutput::monitor("Eight", 8, file(), 44100); });
 }
 
 TEST_F(PipewireStreamTest, SixtyFourChannelsOfAServersOwnDeviceAreExact) {
-    auto ear = PipewireOutput::monitor("Sixty-four", 64, file(), 48000);
-    playAndCompare(await(*layer, "Sixty-four", 64).id, ear, 64, 48000);
+    playAndCompare("Sixty-four", 64, 48000,
+                   [&] { return PipewireOutput::monitor("Sixty-four", 64, file(), 48000); });
 }
 
 TEST_F(PipewireStreamTest, ACallbackThatIsLateIsCounted) {
@@ -66,10 +76,10 @@ class WideDevice : public PipewireStreamTest,
                    public ::testing::WithParamInterface<std::pair<int, int>> {};
 
 TEST_P(WideDevice, IsExactOnEveryChannel) {
-    const auto [channels, rate] = GetParam();
-    PipewireOutput ear("Wide", channels, rate, file(), rate);
-    playAndCompare(await(*layer, "Wide", static_cast<std::size_t>(channels)).id, ear, channels,
-                   rate);
+    const int channels = GetParam().first;
+    const int rate = GetParam().second;
+    playAndCompare("Wide", channels, rate,
+                   [&] { return PipewireOutput("Wide", channels, rate, file(), rate); });
 }
 
 INSTANTIATE_TEST_SUITE_P(PipewireStreamTest, WideDevice,

@@ -73,6 +73,9 @@ public:
     /// frame.
     bool captured() { return process_->shows("captured"); }
 
+    /// After that: whether cycles are missing in the capture, because the machine was too busy.
+    bool late() { return process_->out().find("captured late") != std::string::npos; }
+
     /// Takes the last channel away from a device that captures nothing.
     void narrow() { process_->send(SIGUSR1); }
 

@@ -2,8 +2,9 @@
 // one, and that may capture what it gets.
 //   pipewire_device NAME CHANNELS RATE [FILE FRAMES]
 //   pipewire_device --monitor NODE CHANNELS FILE FRAMES
-// Prints "ready" when it can be used, and "captured" when FILE holds FRAMES frames, the first of
-// which is the first that was not silent on all channels: one 32-bit float a channel.
+// Prints "ready" when it can be used, and "captured" when FILE holds FRAMES frames ("captured late"
+// where the machine did not keep up and cycles between them are missing), the first of which is the
+// first that was not silent on all channels: one 32-bit float a channel.
 
 #include <pipewire/filter.h>
 #include <pipewire/pipewire.h>
@@ -34,6 +35,8 @@ struct Device {
     std::size_t captured = 0;
     bool started = false;
     std::vector<float> samples;
+    std::uint64_t next = 0; ///< where the graph's next cycle begins
+    bool late = false;      ///< a cycle was missed during the capture
 
     std::string monitored;
     std::uint32_t monitoredNode = SPA_ID_INVALID;
@@ -59,7 +62,7 @@ int save(spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
     file.write(reinterpret_cast<const char*>(device.samples.data()),
                static_cast<std::streamsize>(device.samples.size() * sizeof(float)));
     file.close();
-    std::puts(file ? "captured" : "lost");
+    std::puts(!file ? "lost" : device.late ? "captured late" : "captured");
     std::fflush(stdout);
     return 0;
 }
@@ -83,6 +86,8 @@ void process(void* data, spa_io_position* position) {
         pw_loop_invoke(pw_main_loop_get_loop(device.loop), tellReady, 0, nullptr, 0, false,
                        nullptr);
     }
+    device.late = device.late || (device.started && position->clock.position != device.next);
+    device.next = position->clock.position + position->clock.duration;
     if (device.captured == device.frames)
         return;
     for (std::uint32_t frame = 0; frame < count && device.captured < device.frames; ++frame) {
