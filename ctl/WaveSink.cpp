@@ -13,12 +13,12 @@ namespace {
 
 /// A block of a file stays in the processor's cache between rendering and writing.
 std::int64_t wholeFrames(std::int64_t channels) {
-    return std::clamp<std::int64_t>(128 * 1024 / channels, 16, 4096);
+    return std::clamp<std::int64_t>(131072 / channels, 16, 4096);
 }
 
 /// A block of split files makes each of their writes worth its call.
 std::int64_t splitFrames(std::int64_t channels) {
-    return std::clamp<std::int64_t>(4 * 1024 * 1024 / channels, 256, 16 * 1024);
+    return std::clamp<std::int64_t>(4194304 / channels, 256, 16384);
 }
 
 class WholeFile : public WaveSink {

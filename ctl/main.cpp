@@ -9,7 +9,8 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
+#include <exception>
+#include <iostream>
 #include <memory>
 
 namespace {
@@ -39,21 +40,28 @@ Environment:
 
 'tallyvoxctl VERB --help' explains a verb.)";
 
+using namespace tallyvox;
+
 int refuse(const char* reason) {
-    tallyvox::complain(reason);
-    tallyvox::diagnose("'tallyvoxctl --help' and 'tallyvoxctl VERB --help' tell more.");
-    return tallyvox::ExitCode::usage;
+    complain(reason);
+    diagnose("'tallyvoxctl --help' and 'tallyvoxctl VERB --help' tell more.");
+    return ExitCode::usage;
 }
 
+int carryOut(const Action& action) {
+    try {
+        const int code = action();
+        checkOutput();
+        return code;
+    } catch (const Error& error) {
+        // Whoever closed the pipe has seen enough.
+        if (error.domain() != "Output" || error.code() != EPIPE)
+            complain(error.what());
+        return ExitCode::failed;
+    }
 }
 
-int main(int argc, char** argv) {
-    using namespace tallyvox;
-    // A reader that has gone and a limit of file size are errors like others, not ends in
-    // mid-sound.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
-
+int run(int argc, char** argv) {
     CLI::App program(description, "tallyvoxctl");
     program.formatter(std::make_shared<ManualFormatter>());
     program.set_help_flag("-h,--help", "Explain the program or the verb, and end.");
@@ -72,21 +80,25 @@ int main(int argc, char** argv) {
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0)
-            return program.exit(error);
-        return refuse(error.what());
+        if (error.get_exit_code() != 0)
+            return refuse(error.what());
+        program.exit(error);
+        return std::cout.flush() ? ExitCode::done : ExitCode::failed;
     }
-    if (!action)
-        return refuse("a verb is missing: list, play, export or doctor.");
+    return action ? carryOut(action) : refuse("a verb is missing: list, play, export or doctor.");
+}
 
+}
+
+int main(int argc, char** argv) {
+    // A reader that has gone and a limit of file size are errors like others, not ends in
+    // mid-sound.
+    for (const int signal : {SIGPIPE, SIGXFSZ})
+        static_cast<void>(std::signal(signal, SIG_IGN));
     try {
-        const int code = action();
-        checkOutput();
-        return code;
-    } catch (const Error& error) {
-        // Whoever closed the pipe has seen enough.
-        if (error.domain() != "Output" || error.code() != EPIPE)
-            complain(error.what());
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "tallyvoxctl: " << error.what() << '\n';
         return ExitCode::failed;
     }
 }

@@ -41,6 +41,13 @@ TEST(CommandLine, VersionIsTheProjects) {
     EXPECT_EQ(version.out, "tallyvoxctl " TALLYVOX_VERSION "\n");
 }
 
+TEST(CommandLine, HelpOnAFullDiskFails) {
+    const Companion companion;
+    Command command = companion.command({"--help"});
+    command.out = "/dev/full";
+    EXPECT_EQ(tallyvox::run(command).exitCode, 1);
+}
+
 struct BadLine {
     std::vector<std::string> arguments;
     std::string says;
