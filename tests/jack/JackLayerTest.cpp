@@ -52,8 +52,9 @@ TEST_F(JackLayerTest, ListsPhysicalInputsByClientInTheOrderOfArrival) {
 TEST_F(JackLayerTest, LeavesOutWhatIsNoOutput) {
     JackServer server({});
     JackOutput device("device", 1);
-    auto* program = jack_client_open("program", JackNoStartServer, nullptr);
-    ASSERT_NE(program, nullptr);
+    const auto client = JackClient::open("program");
+    ASSERT_NE(client, nullptr);
+    auto* program = client->get();
     jack_port_register(program, "input", JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput, 0);
     jack_port_register(program, "microphone", JACK_DEFAULT_AUDIO_TYPE,
                        JackPortIsOutput | JackPortIsPhysical, 0);
@@ -62,7 +63,6 @@ TEST_F(JackLayerTest, LeavesOutWhatIsNoOutput) {
     const auto layer = makeJackLayer(JackServers::own);
     await(*layer, "device");
     EXPECT_THAT(names(*layer), ElementsAre("device"));
-    jack_client_close(program);
 }
 
 TEST_F(JackLayerTest, NeverGivesAnIdToAnotherDevice) {

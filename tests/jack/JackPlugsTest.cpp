@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
+#include <thread>
 #include <vector>
 
 namespace tallyvox {
@@ -25,6 +27,12 @@ std::chrono::milliseconds duration(Action action) {
     action();
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
                                                                  begin);
+}
+
+/// For how long a server stands still: TALLYVOX_STANDSTILL seconds, or not longer than it takes.
+std::chrono::seconds standstill() {
+    const char* const text = std::getenv("TALLYVOX_STANDSTILL");
+    return std::chrono::seconds(text != nullptr ? std::atoi(text) : 0);
 }
 
 class JackPlugsTest : public testing::Test {
@@ -105,6 +113,74 @@ TEST_F(JackPlugsTest, AnotherDeviceOfTheSameNameIsNotStartedInItsPlace) {
     EXPECT_EQ(signal_.calls(), 0);
 }
 
+TEST_F(JackPlugsTest, AChangedNumberOfChannelsIsReported) {
+    JackOutput device("device", 4);
+    id_ = await(*layer_, "device").id;
+    play();
+    device.narrow();
+    EXPECT_TRUE(eventually([&] {
+        const auto now = layer_->device(id_);
+        return now && now->buffers.size() == 3;
+    }));
+    stream_.reset();
+    ASSERT_EQ(open(id_), 0);
+    EXPECT_EQ(stream_->start(), 0);
+}
+
+TEST_F(JackPlugsTest, AnotherNumberOfChannelsAtTheStartIsRefused) {
+    JackOutput device("device", 4);
+    id_ = await(*layer_, "device").id;
+    ASSERT_EQ(open(id_), 0);
+    device.narrow();
+    ASSERT_TRUE(eventually([&] { return layer_->device(id_)->buffers.size() == 3; }));
+    EXPECT_EQ(stream_->start(), kAudioHardwareBadDeviceError);
+    EXPECT_EQ(signal_.calls(), 0);
+}
+
+TEST_F(JackPlugsTest, AServerThatReturnsAtAnotherRateIsListedAtThatRate) {
+    play();
+    server_.reset();
+    server_ = std::make_unique<JackServer>(JackServer::Setup{.rate = 96000, .playback = 8});
+    EXPECT_TRUE(eventually([&] {
+        const auto system = find(*layer_, "system");
+        return system && system->rate == 96000.0;
+    }));
+    expectRecovery();
+}
+
+/// A server that is killed, or held, in the middle of a start that takes a while.
+class JackPlugsDuringStart : public JackPlugsTest, public testing::WithParamInterface<int> {};
+
+TEST_P(JackPlugsDuringStart, GiveAStatusInTime) {
+    JackOutput wide("wide", 200);
+    ASSERT_EQ(open(await(*layer_, "wide").id), 0);
+    std::jthread plug([&] {
+        std::this_thread::sleep_for(10ms);
+        server_->process().send(GetParam());
+    });
+    std::int32_t status = 0;
+    EXPECT_LT(duration([&] {
+                  status = stream_->start();
+                  if (status != 0)
+                      stream_->stop();
+              }),
+              kHang);
+    plug.join();
+    EXPECT_LT(duration([&] { stream_.reset(); }), kHang);
+    const auto calls = signal_.calls();
+    if (GetParam() == SIGKILL) {
+        wide.remove();
+        server_->process().end();
+        server_->start();
+    } else {
+        server_->process().send(SIGCONT);
+    }
+    EXPECT_EQ(signal_.calls(), calls);
+    expectRecovery();
+}
+
+INSTANTIATE_TEST_SUITE_P(Plugs, JackPlugsDuringStart, testing::Values(SIGKILL, SIGSTOP));
+
 TEST_F(JackPlugsTest, AKilledServerEndsTheListAndTheCallbacks) {
     play();
     server_->process().send(SIGKILL);
@@ -149,6 +225,7 @@ TEST_F(JackPlugsTest, AStoppedServerHoldsNobodyUpAndGoesOnLater) {
     EXPECT_LT(duration([&] { stream_.reset(); }), kHang);
     EXPECT_LT(duration([&] { EXPECT_NE(open(id_), 0); }), kHang);
     EXPECT_EQ(signal_.calls(), calls);
+    std::this_thread::sleep_for(standstill());
     server_->process().send(SIGCONT);
     expectRecovery();
 }

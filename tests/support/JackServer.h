@@ -3,6 +3,7 @@
 #include "tests/support/Process.h"
 #include "tests/support/eventually.h"
 
+#include <csignal>
 #include <memory>
 #include <string>
 
@@ -58,6 +59,9 @@ public:
     /// Waits until the capture is complete and in the file: one 32-bit float a channel, frame by
     /// frame.
     bool captured() { return process_->shows("captured"); }
+
+    /// Takes the last channel away from a device that captures nothing.
+    void narrow() { process_->send(SIGUSR1); }
 
     /// Removes the device.
     void remove();

@@ -1,5 +1,6 @@
 // An output device for tests: a JACK client with physical inputs that may capture what it gets.
 //   jack_device NAME CHANNELS [FILE FRAMES]
+// SIGUSR1 takes the last channel away from a device that captures nothing.
 
 #include <jack/jack.h>
 
@@ -42,6 +43,7 @@ struct Device {
 };
 
 std::atomic<bool> ending = false;
+std::atomic<bool> narrowing = false;
 
 }
 
@@ -49,7 +51,10 @@ int main(int count, char** arguments) {
     if (count != 3 && count != 5)
         return 2;
     static Device device;
-    auto* client = jack_client_open(arguments[1], JackNoStartServer, nullptr);
+    // jackd refuses a client now and then.
+    jack_client_t* client = nullptr;
+    for (int attempt = 0; client == nullptr && attempt < 5; ++attempt)
+        client = jack_client_open(arguments[1], JackNoStartServer, nullptr);
     if (client == nullptr)
         return 1;
     for (int i = 1; i <= std::atoi(arguments[2]); ++i)
@@ -69,10 +74,14 @@ int main(int count, char** arguments) {
         &device);
     jack_activate(client);
     std::signal(SIGTERM, [](int) { ending = true; });
+    std::signal(SIGUSR1, [](int) { narrowing = true; });
     std::puts("ready");
     std::fflush(stdout);
-    while (!ending && (count == 3 || !device.complete))
+    while (!ending && (count == 3 || !device.complete)) {
+        if (narrowing.exchange(false))
+            jack_port_unregister(client, device.ports.back());
         usleep(5000);
+    }
     if (!ending) {
         std::ofstream(arguments[3], std::ios::binary)
             .write(reinterpret_cast<const char*>(device.samples.data()),

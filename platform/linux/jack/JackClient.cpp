@@ -2,11 +2,17 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <optional>
 #include <string_view>
+#include <thread>
 
 namespace tallyvox {
 namespace {
+
+/// jackd 1.9 refuses about one client in a hundred for no reason, and takes it the next time.
+constexpr int kAttempts = 5;
+constexpr std::chrono::milliseconds kPause{10};
 
 void ignoreMessage(const char*) {}
 
@@ -34,9 +40,14 @@ std::unique_ptr<JackClient> JackClient::open(const char* name) {
     jack_set_info_function(ignoreMessage);
 
     auto client = std::unique_ptr<JackClient>(new JackClient);
-    client->client_ = jack_client_open(name, JackNoStartServer, nullptr);
-    if (client->client_ == nullptr)
-        return nullptr;
+    jack_status_t status = JackServerError;
+    for (int attempt = 0; client->client_ == nullptr; ++attempt) {
+        if (attempt == kAttempts || (status & JackServerError) == 0)
+            return nullptr;
+        if (attempt > 0)
+            std::this_thread::sleep_for(kPause);
+        client->client_ = jack_client_open(name, JackNoStartServer, &status);
+    }
     jack_on_shutdown(
         client->client_, [](void* lost) { static_cast<std::atomic<bool>*>(lost)->store(true); },
         &client->lost_);
