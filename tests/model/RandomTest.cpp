@@ -113,7 +113,7 @@ protected:
          }},
         {"clamp", 10, both(&Rules::clamp, &Model::clamp)},
         {"selectAllChannels", 7, both(&Rules::selectAllChannels, &Model::selectAllChannels)},
-        {"start", 7, both(&Rules::start, &Model::start)},
+        {"start", 3, both(&Rules::start, &Model::start)},
         {"elapse", 4, [this] { letTimePass(); }},
         {"stop", 2, both(&Rules::stop, &Model::stop)},
         {"refresh", 4, both(&Rules::refresh, &Model::refresh)},
