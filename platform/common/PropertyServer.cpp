@@ -54,6 +54,10 @@ AudioStreamBasicDescription virtualFormat(const DeviceRecord& device) {
     return format;
 }
 
+/// Hz. Whoever states more lies, and a second of sound at that rate would not fit the memory: the
+/// device is told without a rate, which nothing starts on.
+constexpr double kHighestRate = 1e6;
+
 /// Size in bytes of a property that holds one string.
 constexpr std::uint32_t kStringSize = sizeof(const void*);
 
@@ -121,8 +125,11 @@ struct PropertyServer::State {
 
     static std::optional<Found> find(const Layers& layers, std::uint32_t id) {
         for (const auto& layer : layers)
-            if (auto record = layer->device(id))
+            if (auto record = layer->device(id)) {
+                if (!(record->rate <= kHighestRate))
+                    record->rate = 0;
                 return Found{layer.get(), *std::move(record)};
+            }
         return {};
     }
 

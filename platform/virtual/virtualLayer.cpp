@@ -20,14 +20,14 @@ public:
 
     std::optional<std::vector<DeviceRecord>> devices() override {
         std::vector<DeviceRecord> records;
-        for (const VirtualDevice& device : devices_) {
-            const auto id = deviceId(LayerTag::virtualDevices, kFirst + records.size());
-            records.push_back({id,
-                               "Virtual " + std::to_string(device.channels) + " channels",
-                               {static_cast<std::uint32_t>(device.channels)},
-                               device.rate});
-        }
+        for (std::size_t index = 0; index < devices_.size(); ++index)
+            records.push_back(record(index));
         return records;
+    }
+
+    std::optional<DeviceRecord> device(std::uint32_t id) override {
+        const std::size_t index = id - std::size_t{kFirst};
+        return index < devices_.size() ? std::optional(record(index)) : std::nullopt;
     }
 
     std::int32_t open(std::uint32_t device, Hardware::IOCallback callback,
@@ -40,6 +40,14 @@ public:
     }
 
 private:
+    DeviceRecord record(std::size_t index) const {
+        const VirtualDevice& device = devices_[index];
+        return {deviceId(LayerTag::virtualDevices, kFirst + index),
+                "Virtual " + std::to_string(device.channels) + " channels",
+                {static_cast<std::uint32_t>(device.channels)},
+                device.rate};
+    }
+
     std::vector<VirtualDevice> devices_;
     std::filesystem::path record_;
 };

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace tallyvox {
@@ -113,6 +114,18 @@ protected:
     PropertyServer server{layers({{"one", &first}, {"two", &second}}), layers({{"last", &last}})};
     std::int32_t status = 0;
 };
+
+TEST_F(PropertyServerTest, ARateBeyondAllDevicesIsToldAsNone) {
+    for (const double rate :
+         {1000001.0, 4294967295.0, 1e300, std::numeric_limits<double>::infinity(),
+          std::numeric_limits<double>::quiet_NaN()}) {
+        first.devices->front().rate = rate;
+        EXPECT_EQ(items<double>(10, kAudioDevicePropertyNominalSampleRate, kGlobal),
+                  std::vector{0.0});
+    }
+    first.devices->front().rate = 1e6;
+    EXPECT_EQ(items<double>(10, kAudioDevicePropertyNominalSampleRate, kGlobal), std::vector{1e6});
+}
 
 TEST_F(PropertyServerTest, DevicesAreListedLayerByLayer) {
     EXPECT_EQ(ids(), (std::vector<std::uint32_t>{10, 11, 20}));

@@ -1,4 +1,5 @@
 #include "audio/AudioOutput.h"
+#include "base/Error.h"
 #include "tests/soak/announcements.h"
 #include "tests/soak/trials.h"
 #include "tests/support/JackServer.h"
@@ -25,9 +26,15 @@ bool cycles(const std::string& server, std::int64_t count) {
     const auto hardware = layerOf(server == "jack" ? server : "virtual:8@1000000");
     const auto device = await(*hardware, kChannels);
     AudioOutput audio(*hardware);
+    std::int64_t refused = 0;
     const auto play = [&](std::int64_t times) {
         for (; times > 0; --times) {
-            audio.start(device, std::vector<bool>(kChannels, true), kLevel, kGap, times % 2 == 0);
+            try {
+                audio.start(device, std::vector<bool>(kChannels, true), kLevel, kGap,
+                            times % 2 == 0);
+            } catch (const Error&) {
+                ++refused;
+            }
             audio.stop();
         }
     };
@@ -36,15 +43,18 @@ bool cycles(const std::string& server, std::int64_t count) {
     play(count);
     const auto after = Resources::held();
     // The sanitizers keep what is freed, and look for leaks themselves.
-    const bool level = after.threads == before.threads && after.descriptors == before.descriptors &&
+    // A server that a busy machine keeps from answering for too long refuses a start.
+    const bool level = refused * 20 <= count && after.threads == before.threads &&
+                       after.descriptors == before.descriptors &&
                        (TALLYVOX_SANITIZED != 0 || after.kibibytes < before.kibibytes + kSlack);
-    std::printf("%s: %lld starts and stops, threads %lld to %lld, descriptors %lld to %lld, "
-                "resident KiB %lld to %lld: %s\n",
-                server.c_str(), static_cast<long long>(count),
-                static_cast<long long>(before.threads), static_cast<long long>(after.threads),
-                static_cast<long long>(before.descriptors),
-                static_cast<long long>(after.descriptors), static_cast<long long>(before.kibibytes),
-                static_cast<long long>(after.kibibytes), level ? "level" : "BROKEN");
+    std::printf(
+        "%s: %lld starts and stops, %lld refused, threads %lld to %lld, descriptors %lld to %lld, "
+        "resident KiB %lld to %lld: %s\n",
+        server.c_str(), static_cast<long long>(count), static_cast<long long>(refused),
+        static_cast<long long>(before.threads), static_cast<long long>(after.threads),
+        static_cast<long long>(before.descriptors), static_cast<long long>(after.descriptors),
+        static_cast<long long>(before.kibibytes), static_cast<long long>(after.kibibytes),
+        level ? "level" : "BROKEN");
     return level;
 }
 
