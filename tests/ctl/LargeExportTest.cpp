@@ -48,12 +48,13 @@ TEST(LargeExport, BeyondFourGibibytesPlaysBackRight) {
     EXPECT_EQ(wrong, 0);
     sf_close(file);
 
-    if (run({.line = {"sh", "-c", "command -v ffprobe"}}).exitCode == 0)
+    if (run({.line = {"sh", "-c", "command -v ffprobe"}}).exitCode == 0) {
         EXPECT_EQ(run({.line = {"ffprobe", "-v", "error", "-show_entries",
                                 "stream=sample_rate,channels,duration", "-of",
                                 "default=noprint_wrappers=1:nokey=1", path}})
                       .out,
                   "96000\n128\n95.000000\n");
+    }
 }
 
 }
