@@ -188,5 +188,19 @@ TEST_F(Keyboard, IsShownByARingThatAMouseDoesNotShow) {
     EXPECT_EQ(at(refresh, ring), bare);
 }
 
+TEST_F(Keyboard, IsShownInsideTheCell) {
+    const QQuickItem& cell = find(Spoken::Button, QStringLiteral("Channel 3, select solo"));
+    const QColor bare = at(cell, {40, 0});
+    tabTo(QStringLiteral("Channel 1, select solo"));
+    key(Qt::Key_Right);
+    EXPECT_EQ(at(cell, {40, 0}), bare);
+    key(Qt::Key_Right);
+    EXPECT_EQ(at(cell, {40, 0}), QColor(230, 196, 28));
+    key(Qt::Key_Space);
+    // Dark between the ring and the fill.
+    EXPECT_EQ(at(cell, {40, 1}), QColor(17, 18, 16));
+    EXPECT_EQ(at(cell, {40, 4}), QColor(230, 196, 28));
+}
+
 }
 }

@@ -57,6 +57,7 @@ T.AbstractButton {
     // Shows where the keyboard is: inside, so that the grid's edge does not cut it.
     Shape {
         anchors.fill: parent
+        z: 1
         radius: 7
         visible: cell.current
         outline: Bee.background
@@ -65,6 +66,7 @@ T.AbstractButton {
     Shape {
         anchors.fill: parent
         anchors.margins: -Shape.Margin
+        z: 1
         radius: 8
         visible: cell.current
         outline: Bee.yellow
