@@ -70,6 +70,13 @@ TEST_F(Program, PassesItsSelfTest) {
     expectSelfTestPasses({"--self-test"});
 }
 
+TEST(ShippedProgram, PassesItsSelfTestWithTheShippedRecordings) {
+    const Outcome ended = run({.line = {TALLYVOX_PROGRAM, "--self-test"}});
+    EXPECT_EQ(ended.exitCode, 0);
+    EXPECT_EQ(ended.out, pass);
+    EXPECT_EQ(ended.err, "");
+}
+
 TEST_F(Program, TestsItselfOnlyWhereBothSwitchesAreGiven) {
     recordAll();
     expectSelfTestPasses({"--self-test", "--devices"});
