@@ -29,7 +29,7 @@ void expectRecorded(const Companion& companion, const Announced& announced) {
 
 TEST(Play, ShowsTheStatusLinesOfTheWindow) {
     const Companion companion;
-    const Outcome outcome = companion.run({"play", "--seconds", "0.2"});
+    const Outcome outcome = companion.run({"play", "--seconds", "0.5"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.out,
               "8 channels at once, each with peaks at -24.0 dBFS: their sum stays below -5.9 dBFS "
@@ -42,7 +42,7 @@ TEST(Play, ShowsTheStatusLinesOfTheWindow) {
 
 TEST(Play, WithoutChoicesSpeaksAsTheWindowDoes) {
     const Companion companion;
-    EXPECT_EQ(companion.run({"play", "--seconds", "0.3"}, "virtual:12@48000").exitCode, 0);
+    EXPECT_EQ(companion.run({"play", "--seconds", "0.5"}, "virtual:12@48000").exitCode, 0);
     expectRecorded(companion, {12, 48000, -24, 0.7, false, 1, 8});
 }
 
@@ -58,13 +58,13 @@ TEST(Play, TakesEveryChoice) {
 
 TEST(Play, SoloSpeaksAlone) {
     const Companion companion;
-    EXPECT_EQ(companion.run({"play", "--solo", "7", "--seconds", "0.2"}).exitCode, 0);
+    EXPECT_EQ(companion.run({"play", "--solo", "7", "--seconds", "0.5"}).exitCode, 0);
     expectRecorded(companion, {8, 48000, -24, 0.7, false, 1, 8, 7});
 }
 
 TEST(Play, AllReachesTheLastChannelThatHasAVoice) {
     const Companion companion;
-    EXPECT_EQ(companion.run({"play", "--all", "--seconds", "0.2"}, "virtual:200@48000").exitCode,
+    EXPECT_EQ(companion.run({"play", "--all", "--seconds", "0.5"}, "virtual:200@48000").exitCode,
               0);
     expectRecorded(companion, {200, 48000, -24, 0.7, false, 1, 128});
 }
@@ -155,7 +155,7 @@ TEST(Play, AMissingRecordingIsNamed) {
 
 TEST(Play, WithoutAReaderStillStopsInOrder) {
     const Companion companion;
-    Command command = companion.command({"play", "--seconds", "0.2"});
+    Command command = companion.command({"play", "--seconds", "0.5"});
     command.outClosed = true;
     const Outcome outcome = run(command);
     EXPECT_EQ(outcome.exitCode, 1);
@@ -177,7 +177,7 @@ TEST(Play, OnATerminalTellsWhatIsHeard) {
 
 TEST(Play, OnADumbTerminalDrawsNothing) {
     const Companion companion;
-    Command command = companion.command({"play", "--seconds", "0.3"});
+    Command command = companion.command({"play", "--seconds", "0.5"});
     command.terminal = true;
     command.set["TERM"] = "dumb";
     EXPECT_THAT(run(command).out, Not(HasSubstr("round")));
