@@ -1,31 +1,57 @@
 #include "tests/soak/Ear.h"
 
+#include <array>
+
 namespace tallyvox {
+
+bool Ear::fits(const float* const* inputs, std::int64_t frames, std::int64_t start) const noexcept {
+    const std::int64_t length = static_cast<std::int64_t>(round_.size()) / channels_;
+    for (std::int64_t frame = 0; frame < frames; ++frame) {
+        const std::int64_t at = (start + frame) % length;
+        const float* const expected = &round_[static_cast<std::size_t>(at * channels_)];
+        for (std::int64_t channel = 0; channel < channels_; ++channel)
+            if ((inputs[channel] != nullptr ? inputs[channel][frame] : 0.0F) != expected[channel])
+                return false;
+    }
+    return true;
+}
 
 void Ear::hear(const float* const* inputs, std::int64_t frames) noexcept {
     const std::int64_t length = static_cast<std::int64_t>(round_.size()) / channels_;
-    std::int64_t right = 0;
-    for (std::int64_t frame = 0; frame < frames; ++frame) {
-        const float* const expected = &round_[static_cast<std::size_t>(next_ * channels_)];
-        bool same = true;
-        bool silent = true;
-        for (std::int64_t channel = 0; channel < channels_; ++channel) {
-            const float sample = inputs[channel] != nullptr ? inputs[channel][frame] : 0.0F;
-            same = same && sample == expected[channel];
-            silent = silent && sample == 0.0F;
-        }
-        if (!same && silent) {
-            if (right_ + right > 0)
-                ++late_;
-            continue;
-        }
-        if (same)
-            ++right;
-        else
-            ++wrong_;
-        next_ = (next_ + 1) % length;
+    std::int64_t from = 0;
+    if (isSilent(inputs, 0, frames)) {
+        late_ += started_ ? frames : 0;
+        return;
     }
-    right_ += right;
+    while (!started_ && isSilent(inputs, from, from + 1))
+        ++from;
+    started_ = true;
+    std::array<const float*, 256> rest{};
+    for (std::int64_t channel = 0; channel < channels_; ++channel)
+        rest[static_cast<std::size_t>(channel)] =
+            inputs[channel] != nullptr ? inputs[channel] + from : nullptr;
+    frames -= from;
+    if (!fits(rest.data(), frames, next_)) {
+        std::int64_t other = 0;
+        while (other < length && !fits(rest.data(), frames, other))
+            ++other;
+        if (other == length) {
+            wrong_ += frames;
+            return;
+        }
+        ++jumps_;
+        next_ = other;
+    }
+    right_ += frames;
+    next_ = (next_ + frames) % length;
+}
+
+bool Ear::isSilent(const float* const* inputs, std::int64_t from, std::int64_t to) const noexcept {
+    for (std::int64_t channel = 0; channel < channels_; ++channel)
+        for (std::int64_t frame = from; inputs[channel] != nullptr && frame < to; ++frame)
+            if (inputs[channel][frame] != 0.0F)
+                return false;
+    return true;
 }
 
 }

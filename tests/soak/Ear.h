@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace tallyvox {
@@ -11,29 +12,36 @@ namespace tallyvox {
 /// again and again.
 class Ear {
 public:
-    /// `round` holds its frames one after the other, `channels` samples each; in the first no
-    /// channel that speaks is silent.
+    /// `round` holds its frames one after the other, `channels` samples each, the first not silent.
     Ear(std::vector<float> round, std::int64_t channels)
         : round_(std::move(round)), channels_(channels) {}
 
-    /// Real-time: the next `frames` frames, an array a channel; null is silence. Frames before the
-    /// first sound are not counted.
+    /// Real-time: the next `frames` frames, of which some must sound, an array for each of at most
+    /// 256 channels; null is silence. What comes before the first sound is not counted.
     void hear(const float* const* inputs, std::int64_t frames) noexcept;
 
-    /// Frames heard that are those of the round; any thread, like all that follow.
+    /// Frames that are those of the round; any thread, like all that follow.
     std::int64_t right() const noexcept { return right_; }
-    /// Frames with any other sample in them.
+    /// Frames of blocks that are no part of the round.
     std::int64_t wrong() const noexcept { return wrong_; }
-    /// Frames of silence where sound was due, after which the announcement went on where it was.
+    /// Frames of silent blocks, after which the announcement goes on where it was.
     std::int64_t late() const noexcept { return late_; }
+    /// Blocks that are right, but from another frame of the round than the one due.
+    std::int64_t jumps() const noexcept { return jumps_; }
 
 private:
+    /// Whether the frames are those of the round from its frame `start` on.
+    bool fits(const float* const* inputs, std::int64_t frames, std::int64_t start) const noexcept;
+    bool isSilent(const float* const* inputs, std::int64_t from, std::int64_t to) const noexcept;
+
     std::vector<float> round_;
     std::int64_t channels_;
+    bool started_ = false;
     std::int64_t next_ = 0;
     std::atomic<std::int64_t> right_ = 0;
     std::atomic<std::int64_t> wrong_ = 0;
     std::atomic<std::int64_t> late_ = 0;
+    std::atomic<std::int64_t> jumps_ = 0;
 };
 
 /// A device of one server, in this process but a client of its own, that hears what it is sent.

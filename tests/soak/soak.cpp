@@ -14,6 +14,8 @@ namespace tallyvox {
 namespace {
 
 constexpr std::int64_t kChannels = 128;
+/// Frames of one I/O cycle of either server, at most.
+constexpr std::int64_t kLongestCycle = 8192;
 
 bool soak(const std::string& server, bool sequential, std::int64_t seconds) {
     Ear ear(expectedRound(kChannels, sequential), kChannels);
@@ -31,13 +33,20 @@ bool soak(const std::string& server, bool sequential, std::int64_t seconds) {
     const auto lost = xruns(device.id, *hardware).value_or(0);
     const auto right = ear.right();
     const auto late = ear.late();
+    const auto jumps = ear.jumps();
     audio.stop();
-    const bool held = right >= due && ear.wrong() == 0 && (late == 0 || lost > 0);
-    std::printf("%s, %s: %lld channels, %lld frames right, %lld wrong, %lld late, %llu xruns: %s\n",
+    // A machine that is too busy may hold up the server, or this device: some cycles are silent
+    // then, or unheard, but what is heard is right.
+    const std::int64_t disturbances = jumps + late / kLongestCycle;
+    const bool held = right >= due && ear.wrong() == 0 &&
+                      disturbances <= static_cast<std::int64_t>(lost) + seconds / 10 + 1;
+    std::printf("%s, %s: %lld channels, %lld frames right, %lld wrong, %lld late, %lld jumps, %llu "
+                "xruns: %s\n",
                 server.c_str(), sequential ? "in turn" : "together",
                 static_cast<long long>(kChannels), static_cast<long long>(right),
                 static_cast<long long>(ear.wrong()), static_cast<long long>(late),
-                static_cast<unsigned long long>(lost), held ? "held" : "BROKEN");
+                static_cast<long long>(jumps), static_cast<unsigned long long>(lost),
+                held ? "held" : "BROKEN");
     return held;
 }
 
