@@ -9,7 +9,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdlib>
+#include <sstream>
 
 namespace tallyvox {
 namespace {
@@ -98,6 +101,30 @@ TEST_F(JackAnnouncementTest, ChannelsTakeTurns) {
     const Announcement::Choice choice{64, 44100, -6, 0.2, true, 62, 64};
     const Announcement expected(choice);
     EXPECT_EQ(capture(choice, expected, 3.1).deviation(expected), "");
+}
+
+/// Every width and rate together and in turn where TALLYVOX_EVERY_SHAPE is set, else one of them.
+std::vector<Announcement::Choice> shapes() {
+    if (std::getenv("TALLYVOX_EVERY_SHAPE") == nullptr)
+        return {{8, 44100, -6, 0.2, false, 1, 8}};
+    std::vector<Announcement::Choice> all;
+    for (const std::int64_t channels : {8, 64, 128, 200})
+        for (const double rate : {44100.0, 48000.0, 96000.0})
+            for (const bool sequential : {false, true}) {
+                const auto last = std::min<std::int64_t>(channels, 128);
+                all.push_back(
+                    {channels, rate, -6, 0.2, sequential, sequential ? last - 1 : 1, last});
+            }
+    return all;
+}
+
+TEST_F(JackAnnouncementTest, EveryShapeIsExact) {
+    for (const auto& choice : shapes()) {
+        const Announcement expected(choice);
+        EXPECT_EQ(capture(choice, expected, choice.sequential ? 2.05 : 1.05).deviation(expected),
+                  "")
+            << choice.channels << " channels at " << choice.rate;
+    }
 }
 
 TEST_F(JackAnnouncementTest, TheEndOfTheServerEndsIt) {
