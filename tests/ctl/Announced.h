@@ -8,13 +8,13 @@ namespace tallyvox {
 /// What an announcement with the companion's test recordings gives to each channel, computed from
 /// the absolute number of the frame.
 struct Announced {
-    std::int64_t channels;
-    double rate; ///< Hz
-    double db;
-    double gap; ///< seconds
-    bool sequential;
-    std::int64_t first;
-    std::int64_t last;
+    std::int64_t channels = 0;
+    double rate = 0; ///< Hz
+    double db = 0;
+    double gap = 0; ///< seconds
+    bool sequential = false;
+    std::int64_t first = 1;
+    std::int64_t last = 1;
     std::int64_t solo = 0;
 
     /// Frames of one repetition.

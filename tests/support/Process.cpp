@@ -14,6 +14,7 @@
 #include <system_error>
 #include <utility>
 
+// NOLINTNEXTLINE(readability-redundant-declaration): not every system declares it.
 extern char** environ;
 
 namespace tallyvox {
@@ -58,6 +59,7 @@ void closeAll(std::initializer_list<int> descriptors) {
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (std::string& text : texts)
         result.push_back(text.data());
     result.push_back(nullptr);
@@ -77,8 +79,9 @@ std::vector<std::string> surroundings(const Command& command) {
     for (const auto& [name, value] : command.set)
         variables[name] = value;
     std::vector<std::string> result;
+    result.reserve(variables.size());
     for (const auto& [name, value] : variables)
-        result.push_back(name + '=' + value);
+        result.emplace_back(name).append("=").append(value);
     return result;
 }
 
