@@ -7,8 +7,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
-#include <regex>
+#include <sstream>
 
 namespace tallyvox {
 namespace {
@@ -97,13 +98,15 @@ TEST_F(PipewireAnnouncementTest, TheOutputsArePrintedInTheServersOrder) {
     const PipewireOutput wide("Wide", 128, 96000);
     const std::string nodes = run({.line = {"pw-cli", "ls", "Node"}}).out;
     const auto id = [&](const std::string& name) {
-        std::string last;
-        const std::regex line("object.serial = \"([0-9]+)\"|node.name = \"([^\"]*)\"");
-        for (std::sregex_iterator at(nodes.begin(), nodes.end(), line), end; at != end; ++at) {
-            if ((*at)[1].matched)
-                last = (*at)[1];
-            else if ((*at)[2] == name)
-                return std::to_string(0x40000000U + std::stoul(last));
+        // Of each object the serial comes first.
+        std::istringstream lines(nodes);
+        std::string serial;
+        for (std::string line; std::getline(lines, line);) {
+            const auto value = line.substr(std::min(line.find('"'), line.size() - 1) + 1);
+            if (line.find("object.serial") != std::string::npos)
+                serial = value;
+            if (line.find("node.name = \"" + name + '"') != std::string::npos)
+                return std::to_string(0x40000000U + std::stoul(serial));
         }
         return std::string("none");
     };
