@@ -8,7 +8,6 @@
 #include <thread>
 
 using tallyvox::FakeAlsa;
-using tallyvox::fakeAlsa;
 
 // NOLINTBEGIN: the names are the library's own.
 

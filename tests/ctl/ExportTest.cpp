@@ -57,7 +57,7 @@ TEST(Export, ARoundInTurnIsACycleForEachChannel) {
     const Announced announced{6, 44100, -6, 0.3, true, 3, 5};
     expectExported({"--first", "3", "--last", "5", "--sequential", "--gap", "0.3", "--db", "-6",
                     "--rounds", "2"},
-                   announced, 2 * 3 * announced.cycle());
+                   announced, std::int64_t{6} * announced.cycle());
 }
 
 TEST(Export, ASoloSpeaksAlone) {

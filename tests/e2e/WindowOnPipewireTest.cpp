@@ -16,7 +16,7 @@ namespace tallyvox {
 namespace {
 
 constexpr int rate = 48000;
-constexpr std::int64_t frames = 2 * rate;
+constexpr std::int64_t frames = std::int64_t{2} * rate;
 constexpr std::int64_t channels = 64;
 
 class WindowOnPipewire : public testing::Test {

@@ -13,7 +13,6 @@ namespace tallyvox {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class JackLayerTest : public testing::Test {
 protected:

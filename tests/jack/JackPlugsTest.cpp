@@ -4,6 +4,7 @@
 #include "tests/jack/listing.h"
 #include "tests/support/JackServer.h"
 #include "tests/support/TestSignal.h"
+#include "tests/support/environmentNumber.h"
 
 #include <gtest/gtest.h>
 
@@ -31,8 +32,7 @@ std::chrono::milliseconds duration(Action action) {
 
 /// For how long a server stands still: TALLYVOX_STANDSTILL seconds, or not longer than it takes.
 std::chrono::seconds standstill() {
-    const char* const text = std::getenv("TALLYVOX_STANDSTILL");
-    return std::chrono::seconds(text != nullptr ? std::atoi(text) : 0);
+    return std::chrono::seconds(environmentNumber("TALLYVOX_STANDSTILL", 0));
 }
 
 class JackPlugsTest : public testing::Test {
@@ -260,6 +260,7 @@ TEST_F(JackPlugsTest, AnAbsentServerIsNoticedAtOnce) {
     EXPECT_TRUE(away());
     // The median of five: the machine may be busy with something else for a moment.
     std::vector<std::chrono::milliseconds> times;
+    times.reserve(5);
     for (int i = 0; i < 5; ++i)
         times.push_back(duration([&] { EXPECT_EQ(layer_->devices(), std::nullopt); }));
     std::sort(times.begin(), times.end());

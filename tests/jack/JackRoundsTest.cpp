@@ -3,6 +3,7 @@
 #include "tests/support/JackServer.h"
 #include "tests/support/Resources.h"
 #include "tests/support/TestSignal.h"
+#include "tests/support/environmentNumber.h"
 
 #include <gtest/gtest.h>
 
@@ -12,10 +13,7 @@ namespace tallyvox {
 namespace {
 
 /// TALLYVOX_ROUNDS, or as many as do not hold up the suite.
-int rounds() {
-    const char* const text = std::getenv("TALLYVOX_ROUNDS");
-    return text != nullptr ? std::atoi(text) : 5;
-}
+int rounds() { return environmentNumber("TALLYVOX_ROUNDS", 5); }
 
 std::ptrdiff_t portsOf(const std::string& client) {
     const auto listed = run({.line = {"jack_lsp"}}).out;

@@ -61,7 +61,7 @@ void measureAll() {
     const PipewireServer pipewire(sinks);
     measure("jack", kDevices);
     measure("pipewire", kDevices);
-    measure("", 2 * kDevices);
+    measure("", std::size_t{2} * kDevices);
 }
 
 }

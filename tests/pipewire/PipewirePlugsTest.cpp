@@ -4,6 +4,7 @@
 #include "tests/pipewire/listing.h"
 #include "tests/support/PipewireServer.h"
 #include "tests/support/TestSignal.h"
+#include "tests/support/environmentNumber.h"
 
 #include <gtest/gtest.h>
 
@@ -20,8 +21,8 @@ constexpr auto kHang = 2s;
 
 /// TALLYVOX_PAUSE seconds, or as long as does not hold up the suite.
 std::chrono::milliseconds pauseOfServer() {
-    const char* const text = std::getenv("TALLYVOX_PAUSE");
-    return text != nullptr ? std::atoi(text) * 1000ms : 200ms;
+    const int seconds = environmentNumber("TALLYVOX_PAUSE", 0);
+    return seconds > 0 ? seconds * 1000ms : 200ms;
 }
 
 template<class Action>

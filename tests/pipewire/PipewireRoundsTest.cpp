@@ -3,6 +3,7 @@
 #include "tests/support/PipewireServer.h"
 #include "tests/support/Resources.h"
 #include "tests/support/TestSignal.h"
+#include "tests/support/environmentNumber.h"
 
 #include <gtest/gtest.h>
 
@@ -12,10 +13,7 @@ namespace tallyvox {
 namespace {
 
 /// TALLYVOX_ROUNDS, or as many as do not hold up the suite.
-int rounds() {
-    const char* const text = std::getenv("TALLYVOX_ROUNDS");
-    return text != nullptr ? std::atoi(text) : 8;
-}
+int rounds() { return environmentNumber("TALLYVOX_ROUNDS", 8); }
 
 TEST(PipewireRoundsTest, StartingAndStoppingLeavesNothingBehind) {
     if (!PipewireServer::available())

@@ -19,6 +19,7 @@
 #include <ctime>
 
 // What stands behind malloc() and its kin: found without a search, which would itself allocate.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the library's own names.
 extern "C" {
 void* __libc_malloc(std::size_t);
 void __libc_free(void*);
@@ -26,6 +27,7 @@ void* __libc_calloc(std::size_t, std::size_t);
 void* __libc_realloc(void*, std::size_t);
 void* __libc_memalign(std::size_t, std::size_t);
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 
@@ -37,7 +39,7 @@ void look(const char* name) noexcept {
 template<std::size_t size>
 struct Name {
     constexpr Name(const char (&literal)[size]) { std::copy_n(literal, size, text); }
-    char text[size];
+    char text[size] = {};
 };
 
 /// Looks, then does what the next definition of `name` does.

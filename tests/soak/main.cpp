@@ -5,9 +5,9 @@
 
 #include "tests/soak/trials.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iostream>
 #include <vector>
 
 int main(int count, char** arguments) {
@@ -20,10 +20,9 @@ int main(int count, char** arguments) {
         if (words.size() == 3 && words[0] == "cycles")
             return tallyvox::cycles(words[1], std::stoll(words[2])) ? 0 : 1;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "soak: %s\n", error.what());
+        std::cerr << "soak: " << error.what() << '\n';
         return 1;
     }
-    std::fputs("usage: soak jack|pipewire SECONDS | cycles virtual|jack N | overload SECONDS\n",
-               stderr);
+    std::cerr << "usage: soak jack|pipewire SECONDS | cycles virtual|jack N | overload SECONDS\n";
     return 2;
 }

@@ -57,7 +57,8 @@ int main(int count, char** arguments) {
         client = jack_client_open(arguments[1], JackNoStartServer, nullptr);
     if (client == nullptr)
         return 1;
-    for (int i = 1; i <= std::atoi(arguments[2]); ++i)
+    const int channels = std::stoi(arguments[2]);
+    for (int i = 1; i <= channels; ++i)
         device.ports.push_back(
             jack_port_register(client, ("in_" + std::to_string(i)).c_str(), JACK_DEFAULT_AUDIO_TYPE,
                                JackPortIsInput | JackPortIsPhysical | JackPortIsTerminal, 0));

@@ -15,8 +15,8 @@ namespace tallyvox {
 
 /// What a playback device offers.
 struct AlsaShape {
-    unsigned channels;
-    unsigned rate; ///< in Hz
+    unsigned channels = 0;
+    unsigned rate = 0; ///< in Hz
 
     bool operator==(const AlsaShape&) const = default;
 };
