@@ -67,7 +67,9 @@ TEST_P(IntegerFormat, SaturatesBeyondThem) {
     }
 }
 
-TEST_P(IntegerFormat, IsSilentWhereThereIsNoNumber) { EXPECT_EQ(convert(kNaN), 0); }
+TEST_P(IntegerFormat, IsSilentWhereThereIsNoNumber) {
+    EXPECT_EQ(convert(static_cast<double>(kNaN)), 0);
+}
 
 TEST_P(IntegerFormat, RoundsToTheNearestAndTiesToTheEven) {
     EXPECT_EQ(convert(0.25 * step_), 0);

@@ -8,7 +8,7 @@ namespace tallyvox {
 namespace {
 
 /// Cycles of 10 frames.
-Renderer renderer(std::vector<bool> enabled, bool sequential) {
+Renderer renderer(const std::vector<bool>& enabled, bool sequential) {
     return Renderer(std::vector<std::vector<float>>(enabled.size(), std::vector<float>(8)), enabled,
                     1.0F, 2, sequential);
 }

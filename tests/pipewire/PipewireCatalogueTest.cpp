@@ -63,6 +63,7 @@ TEST_F(PipewireCatalogueTest, DevicesComeAndGo) {
     const auto ids = [&] {
         std::vector<std::uint32_t> list;
         const auto devices = layer->devices().value_or(std::vector<DeviceRecord>{});
+        list.reserve(devices.size());
         for (const auto& device : devices)
             list.push_back(device.id);
         return list;

@@ -37,7 +37,8 @@ void announce(Hardware& hardware, const Announcement& announcement) {
     audio.start(*output, std::vector<bool>(static_cast<std::size_t>(output->channels), true), -24,
                 0, announcement.sequential);
     // Without a gap a cycle has 136 frames at most, and a round 128 cycles.
-    EXPECT_TRUE(eventually([&] { return GuardedHardware::frames() > before + 2 * 128 * 136; }));
+    EXPECT_TRUE(eventually(
+        [&] { return GuardedHardware::frames() > before + std::int64_t{2} * 128 * 136; }));
     audio.stop();
 }
 

@@ -64,6 +64,7 @@ private:
 void compare(const std::filesystem::path& file, Ear& ear) {
     const auto channels = AudioFile(file).read().value();
     std::vector<const float*> inputs;
+    inputs.reserve(channels.size());
     for (const auto& channel : channels)
         inputs.push_back(channel.data());
     ear.hear(inputs.data(), static_cast<std::int64_t>(channels.front().size()));

@@ -65,7 +65,9 @@ void appendDevices(int card, std::vector<AlsaDevice>& devices) {
         const auto name = text(snd_pcm_info_get_name(pcmMemory));
         devices.push_back({deviceId(LayerTag::alsa, std::uint64_t{identity} << 16U |
                                                         static_cast<unsigned>(card) << 8U | number),
-                           name.empty() || name == cardName ? cardName : cardName + ": " + name,
+                           name.empty() || name == cardName
+                               ? cardName
+                               : std::string(cardName).append(": ").append(name),
                            address + ',' + std::to_string(device)});
     }
 }

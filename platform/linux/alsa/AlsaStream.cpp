@@ -15,7 +15,7 @@
 namespace tallyvox {
 namespace {
 
-class AlsaStream : public Stream {
+class AlsaStream final : public Stream {
 public:
     AlsaStream(std::unique_ptr<AlsaPcm> pcm, std::size_t channels, Hardware::IOCallback callback)
         : pcm_(std::move(pcm)),
