@@ -86,10 +86,10 @@ void process(void* data, spa_io_position* position) {
         pw_loop_invoke(pw_main_loop_get_loop(device.loop), tellReady, 0, nullptr, 0, false,
                        nullptr);
     }
-    device.late = device.late || (device.started && position->clock.position != device.next);
-    device.next = position->clock.position + position->clock.duration;
     if (device.captured == device.frames)
         return;
+    device.late = device.late || (device.started && position->clock.position != device.next);
+    device.next = position->clock.position + position->clock.duration;
     for (std::uint32_t frame = 0; frame < count && device.captured < device.frames; ++frame) {
         float* const target = &device.samples[device.captured * device.channels()];
         for (std::size_t channel = 0; channel < device.channels(); ++channel)
