@@ -42,8 +42,11 @@ Desktop::Desktop() {
         services_.push_back(std::make_unique<Process>(command(std::move(line))));
         return *services_.back();
     };
-    const std::string display = firstLine(
-        serve({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"}));
+    // Of two servers that start at once, one may find no number for itself.
+    std::string display;
+    for (int attempt = 0; display.empty() && attempt < 3; ++attempt)
+        display = firstLine(
+            serve({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"}));
     set_["DISPLAY"] = ":" + display;
     set_["DBUS_SESSION_BUS_ADDRESS"] =
         firstLine(serve({"dbus-daemon", "--session", "--nofork", "--print-address=1"}));
