@@ -14,11 +14,11 @@ namespace {
 constexpr auto accessibility = "/usr/libexec/at-spi-bus-launcher";
 constexpr auto python = "/usr/bin/python3";
 
-/// The first line of what a service says when it is ready.
+/// The first line that a service prints when it is ready; what it complains of does not count.
 std::string firstLine(Process& service) {
-    if (!service.shows("\n"))
+    std::string said;
+    if (!eventually([&] { return (said = service.out()).find('\n') != std::string::npos; }))
         throw std::runtime_error("a service of the desktop does not start: " + service.err());
-    const std::string said = service.out();
     return said.substr(0, said.find('\n'));
 }
 
@@ -42,18 +42,18 @@ Desktop::Desktop() {
         services_.push_back(std::make_unique<Process>(command(std::move(line))));
         return *services_.back();
     };
-    // Of two servers that start at once, one may find no number for itself.
-    std::string display;
-    for (int attempt = 0; display.empty() && attempt < 3; ++attempt)
-        display = firstLine(
-            serve({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"}));
+    // A display that resets when its last client leaves takes those that just arrive with it.
+    const std::string display = firstLine(serve({"Xvfb", "-displayfd", "1", "-screen", "0",
+                                                 "1280x1024x24", "-nolisten", "tcp", "-noreset"}));
     set_["DISPLAY"] = ":" + display;
     set_["DBUS_SESSION_BUS_ADDRESS"] =
         firstLine(serve({"dbus-daemon", "--session", "--nofork", "--print-address=1"}));
     set_["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1";
     set_["QT_QPA_PLATFORM"] = "xcb";
     serve({accessibility, "--launch-immediately"});
-    serve({"openbox", "--sm-disable"});
+    Process& manager = serve({"openbox", "--sm-disable"});
+    if (!eventually([this] { return run(command({"xdotool", "get_num_desktops"})).exitCode == 0; }))
+        throw std::runtime_error("the window manager does not start: " + manager.err());
 }
 
 Desktop::~Desktop() {
@@ -77,6 +77,10 @@ std::string Desktop::operate(std::vector<std::string> words) const {
 }
 
 void Desktop::strike(const std::string& key) const {
+    if (!eventually([this] {
+            return run(command({"xdotool", "getactivewindow", "getwindowname"})).exitCode == 0;
+        }))
+        throw std::runtime_error("no window is in front");
     run(command({"xdotool", "key", "--clearmodifiers", key}));
 }
 
