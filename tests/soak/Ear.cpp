@@ -5,9 +5,8 @@
 namespace tallyvox {
 
 bool Ear::fits(const float* const* inputs, std::int64_t frames, std::int64_t start) const noexcept {
-    const std::int64_t length = static_cast<std::int64_t>(round_.size()) / channels_;
     for (std::int64_t frame = 0; frame < frames; ++frame) {
-        const std::int64_t at = (start + frame) % length;
+        const std::int64_t at = (start + frame) % length_;
         const float* const expected = &round_[static_cast<std::size_t>(at * channels_)];
         for (std::int64_t channel = 0; channel < channels_; ++channel)
             if ((inputs[channel] != nullptr ? inputs[channel][frame] : 0.0F) != expected[channel])
@@ -17,7 +16,6 @@ bool Ear::fits(const float* const* inputs, std::int64_t frames, std::int64_t sta
 }
 
 void Ear::hear(const float* const* inputs, std::int64_t frames) noexcept {
-    const std::int64_t length = static_cast<std::int64_t>(round_.size()) / channels_;
     std::int64_t from = 0;
     if (isSilent(inputs, 0, frames)) {
         late_ += started_ ? frames : 0;
@@ -33,17 +31,25 @@ void Ear::hear(const float* const* inputs, std::int64_t frames) noexcept {
     frames -= from;
     if (!fits(rest.data(), frames, next_)) {
         std::int64_t other = 0;
-        while (other < length && !fits(rest.data(), frames, other))
+        while (other < length_ && !fits(rest.data(), frames, other))
             ++other;
-        if (other == length) {
+        if (other == length_) {
             wrong_ += frames;
+            next_ = (next_ + frames) % length_;
             return;
         }
         ++jumps_;
         next_ = other;
     }
     right_ += frames;
-    next_ = (next_ + frames) % length;
+    next_ = (next_ + frames) % length_;
+}
+
+void Ear::miss(std::int64_t frames) noexcept {
+    if (!started_)
+        return;
+    missed_ += frames;
+    next_ = (next_ + frames) % length_;
 }
 
 bool Ear::isSilent(const float* const* inputs, std::int64_t from, std::int64_t to) const noexcept {

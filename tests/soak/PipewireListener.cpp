@@ -3,6 +3,8 @@
 #include <pipewire/filter.h>
 #include <pipewire/pipewire.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -30,6 +32,7 @@ public:
                                   "true", PW_KEY_PORT_TERMINAL, "true", nullptr),
                 nullptr, 0));
         inputs_.resize(ports_.size());
+        copies_.resize(ports_.size() * static_cast<std::size_t>(kLongestCycle));
         if (pw_filter_connect(filter_, PW_FILTER_FLAG_RT_PROCESS, nullptr, 0) != 0 ||
             pw_thread_loop_start(loop_) != 0)
             throw std::runtime_error("no PipeWire server");
@@ -44,14 +47,33 @@ public:
     }
 
 private:
-    /// Real-time.
+    /// Real-time: the frame at which the graph's cycle begins, which goes on without this one.
+    static std::int64_t beginning(const spa_io_position& position) {
+        return static_cast<std::int64_t>(
+            static_cast<const volatile std::uint64_t&>(position.clock.position));
+    }
+
+    /// Real-time: hears a cycle of which it has all before the next one begins. A cycle that it
+    /// comes to too late, or holds up, may be half overwritten: it is missed, not judged.
     static void process(void* self, spa_io_position* position) {
         auto& listener = *static_cast<PipewireListener*>(self);
+        const std::int64_t begin = beginning(*position);
         const auto frames = static_cast<std::uint32_t>(position->clock.duration);
-        for (std::size_t i = 0; i < listener.ports_.size(); ++i)
-            listener.inputs_[i] =
+        const bool inTime = begin == listener.next_;
+        for (std::size_t i = 0; i < listener.ports_.size(); ++i) {
+            const auto* const samples =
                 static_cast<const float*>(pw_filter_get_dsp_buffer(listener.ports_[i], frames));
-        listener.ear_.hear(listener.inputs_.data(), frames);
+            float* const copy = &listener.copies_[i * static_cast<std::size_t>(kLongestCycle)];
+            listener.inputs_[i] = samples != nullptr ? copy : nullptr;
+            if (samples != nullptr)
+                std::copy_n(samples, frames, copy);
+        }
+        const std::int64_t end = begin + frames;
+        if (!inTime || beginning(*position) != begin)
+            listener.ear_.miss(std::max<std::int64_t>(end - listener.next_, 0));
+        else
+            listener.ear_.hear(listener.inputs_.data(), frames);
+        listener.next_ = end;
     }
 
     Ear& ear_;
@@ -59,6 +81,8 @@ private:
     pw_filter* filter_ = nullptr;
     std::vector<void*> ports_;
     std::vector<const float*> inputs_;
+    std::vector<float> copies_;
+    std::int64_t next_ = 0; ///< where the next cycle begins
 };
 
 }

@@ -8,6 +8,16 @@
 
 namespace tallyvox {
 
+namespace {
+
+/// Real-time: the frame at which the graph's cycle begins; the server writes it for each one,
+/// whether this process is done with the last one or not.
+std::uint64_t beginning(const spa_io_clock& clock) noexcept {
+    return static_cast<const volatile std::uint64_t&>(clock.position);
+}
+
+}
+
 IoCycle::IoCycle(std::int64_t channels, double rate, Hardware::IOCallback callback)
     : expectedRate_(checkedCast<std::uint32_t>(checkedTruncate(std::round(rate)))),
       callback_(std::move(callback)),
@@ -16,10 +26,16 @@ IoCycle::IoCycle(std::int64_t channels, double rate, Hardware::IOCallback callba
 
 void IoCycle::run(const spa_io_position& position) noexcept {
     const bool armed = armed_.load(std::memory_order_acquire);
+    const std::uint64_t begin = beginning(position.clock);
+    const std::uint64_t frames = position.clock.duration;
     const std::uint32_t rate = position.clock.rate.denom;
     rate_->store(rate, std::memory_order_relaxed);
-    countXruns(position.clock);
-    const bool connected = takeBuffers(checkedCast<std::uint32_t>(position.clock.duration));
+    // A cycle that does not begin where the last one ended has lost what lies between.
+    if (position.clock.id == clock_ && begin != next_)
+        xruns_.fetch_add(1, std::memory_order_relaxed);
+    clock_ = position.clock.id;
+    next_ = begin + frames;
+    const bool connected = takeBuffers(checkedCast<std::uint32_t>(frames));
     const bool exact = rate == expectedRate_ && position.clock.rate.num == 1;
     if (armed && exact) {
         callback_(list_.get());
@@ -30,6 +46,9 @@ void IoCycle::run(const spa_io_position& position) noexcept {
         const std::int64_t before = steady_.load(std::memory_order_relaxed);
         steady_.store(connected && exact ? before + 1 : 0, std::memory_order_release);
     }
+    // The graph did not wait: others may have read what was not yet written.
+    if (beginning(position.clock) != begin)
+        xruns_.fetch_add(1, std::memory_order_relaxed);
     cycles_.fetch_add(1, std::memory_order_release);
 }
 
@@ -51,14 +70,6 @@ bool IoCycle::takeBuffers(std::uint32_t frames) noexcept {
         all = all && buffers[channel].mData != nullptr;
     }
     return all;
-}
-
-/// Real-time: a cycle that does not begin where the last one ended has lost what lies between.
-void IoCycle::countXruns(const spa_io_clock& clock) noexcept {
-    if (clock.id == clock_ && clock.position != next_)
-        xruns_.fetch_add(1, std::memory_order_relaxed);
-    clock_ = clock.id;
-    next_ = clock.position + clock.duration;
 }
 
 }

@@ -38,7 +38,8 @@ public:
     /// the real-time thread wrote is visible.
     void reset() noexcept;
 
-    /// Cycles that the graph went on without since the construction; any thread.
+    /// How often the graph went on without a cycle since the construction, or before one was done;
+    /// any thread.
     std::uint64_t xruns() const noexcept { return xruns_.load(std::memory_order_relaxed); }
 
     /// The graph's rate in Hz in the last cycle, 0 while there are none; any thread.
@@ -46,7 +47,6 @@ public:
 
 private:
     bool takeBuffers(std::uint32_t frames) noexcept;
-    void countXruns(const spa_io_clock& clock) noexcept;
 
     std::uint32_t expectedRate_;
     Hardware::IOCallback callback_;
