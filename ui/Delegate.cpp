@@ -26,6 +26,7 @@ Delegate::~Delegate() { applicationWillTerminate(); }
 void Delegate::prepare() {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    openToAssistiveTechnology();
 }
 
 void Delegate::applicationDidFinishLaunching() {

@@ -21,7 +21,8 @@ public:
     ~Delegate();
 
     /// What must be chosen before the application object is made: software rendering, which opens
-    /// the window sooner and in less memory than a graphics card's does.
+    /// the window sooner and in less memory than a graphics card's does, and that assistive
+    /// technology finds the program at any time.
     static void prepare();
 
     /// Opens the window in front, centred, and starts the watch over the output.

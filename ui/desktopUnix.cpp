@@ -29,6 +29,13 @@ bool hasDisplay() {
                                [](const char* name) { return !qEnvironmentVariableIsEmpty(name); });
 }
 
+/// Without this the toolkit asks once, when it starts, whether anybody listens.
+void openToAssistiveTechnology() {
+    constexpr auto always = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
+    if (!qEnvironmentVariableIsSet(always))
+        qputenv(always, "1");
+}
+
 /// On X11 the window carries the hint that window managers look for; on Wayland the frame that the
 /// toolkit draws follows the application's palette.
 void askForDarkFrame(QWindow& window) {

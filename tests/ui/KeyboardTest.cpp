@@ -73,6 +73,26 @@ TEST_F(Keyboard, ArrowsUpAndDownMoveByARowAndScroll) {
     EXPECT_LE(seen.bottom(), grid.bottom());
 }
 
+TEST_F(Keyboard, ReachesEveryCellAndBringsItIntoSight) {
+    model().setSelected(9);
+    model().setAllChannels(true);
+    tabTo(QStringLiteral("Channel 1, select solo"));
+    const QRectF grid = place(find(Spoken::List, QStringLiteral("Channels")));
+    for (int channel = 1; channel <= 64; ++channel) {
+        EXPECT_EQ(focus(), QStringLiteral("Channel %1, select solo").arg(channel));
+        const QQuickItem& cell = find(Spoken::Button, focus());
+        EXPECT_TRUE(grid.contains(place(cell))) << channel;
+        EXPECT_EQ(at(cell, {10, 33}), QColor(37, 39, 35)) << channel;
+        key(Qt::Key_Right);
+    }
+    key(Qt::Key_Space);
+    EXPECT_EQ(model().solo(), 64);
+    key(Qt::Key_Home);
+    EXPECT_EQ(focus(), QStringLiteral("Channel 1, select solo"));
+    key(Qt::Key_End);
+    EXPECT_EQ(focus(), QStringLiteral("Channel 64, solo selected"));
+}
+
 TEST_F(Keyboard, StepsTheRange) {
     tabTo(QStringLiteral("First: 1"));
     key(Qt::Key_Up);

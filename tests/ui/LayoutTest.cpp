@@ -1,4 +1,5 @@
 #include "tests/ui/Screen.h"
+#include "ui/Shape.h"
 #include "ui/Typeface.h"
 
 #include <QtGui/QFontMetricsF>
@@ -8,6 +9,13 @@
 
 namespace tallyvox {
 namespace {
+
+int shapes(const QQuickItem& item) {
+    int count = qobject_cast<const Shape*>(&item) != nullptr ? 1 : 0;
+    for (const QQuickItem* child : item.childItems())
+        count += shapes(*child);
+    return count;
+}
 
 /// Where things lie. Places are told by what is said there, edges by what is drawn.
 class Layout : public Screen {
@@ -159,9 +167,10 @@ TEST_F(Layout, CellsLieInEightEqualColumns8PointsApart) {
     picture();
     for (int channel = 1; channel <= 24; ++channel) {
         const QRectF drawn = cell(channel);
+        const int row = (channel - 1) / 8;
         EXPECT_EQ(drawn.size(), QSizeF(86, 66)) << channel;
         EXPECT_EQ(drawn.left(), 28 + (channel - 1) % 8 * 94) << channel;
-        EXPECT_EQ(drawn.top(), grid().top() + (channel - 1) / 8 * 74) << channel;
+        EXPECT_EQ(drawn.top(), grid().top() + row * 74) << channel;
     }
 }
 
@@ -209,6 +218,15 @@ TEST_F(Layout, TheGridNeverHoldsMoreThan128Cells) {
     const auto cells = [this] { return said(Spoken::Button).filter(QStringLiteral("Channel ")); };
     until([&] { return cells().size() == 128; });
     EXPECT_TRUE(said(Spoken::Text).contains(QStringLiteral("CHANNELS 1–128")));
+}
+
+TEST_F(Layout, OnlyCellsInSightAreDrawn) {
+    model().setLast(64);
+    until([this] { return said(Spoken::Button).contains(u"Channel 64, select solo"); });
+    picture();
+    const int drawn = shapes(find(Spoken::List, QStringLiteral("Channels")));
+    EXPECT_GE(drawn, 16);
+    EXPECT_LE(drawn, 40);
 }
 
 TEST_F(Layout, WithTheLastBelowTheFirstTheGridShowsTheFirstAlone) {

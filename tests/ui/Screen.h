@@ -20,9 +20,11 @@ void needApplication();
 /// The window over a scripted hardware layer, seen and used as an operator does: by what it says
 /// and draws, by mouse and keys. Without `addDevice` calls before `open` there are no outputs.
 class Screen : public testing::Test {
+public:
+    ~Screen() override;
+
 protected:
     Screen();
-    ~Screen() override;
 
     /// An output with one buffer.
     void addOutput(std::uint32_t id, std::string name, std::uint32_t channels, double rate = 48000);

@@ -1,75 +1,64 @@
 import QtQuick
-import QtQuick.Templates as T
 import Tallyvox
 
-// One channel: its number, and whether it alone will play.
-T.AbstractButton {
+// One channel: its number, and whether it alone will play. Out of sight it is there for assistive
+// technology alone; what is drawn is made while it is in sight.
+Item {
     id: cell
 
     required property string number
     required property string caption
+    required property string label
     required property bool soloed
     required property bool dimmed
+    required property bool inSight
     property bool current: false
 
-    readonly property color ink: soloed ? Bee.background : Bee.yellow
-
-    // Room for the outline around what fades as a whole.
-    padding: -Shape.Margin
-    focusPolicy: Qt.NoFocus
+    // The operator's hand is on the cell.
+    signal held
+    // The operator solos the channel, or no longer.
+    signal flipped
 
     Spoken.role: Spoken.Button
-    Spoken.name: text
+    Spoken.name: label
     Spoken.checked: soloed
     Spoken.focused: current
-    Spoken.onPressed: clicked()
+    Spoken.onPressed: flipped()
 
-    contentItem: Item {
-        Shape {
-            anchors.fill: parent
-            radius: 8
-            fill: cell.soloed ? Bee.yellow : Bee.panel
-            outline: cell.soloed ? Bee.yellow : Bee.faded(Bee.yellow, 0.3)
-        }
-        Column {
-            anchors.centerIn: parent
-            spacing: 5
+    Loader {
+        anchors.fill: parent
+        active: cell.inSight
 
-            Text {
-                anchors.horizontalCenter: parent.horizontalCenter
-                text: cell.number
-                font: Typeface.monospaced(21, Font.Bold)
-                color: cell.ink
-            }
-            Text {
-                anchors.horizontalCenter: parent.horizontalCenter
-                text: cell.caption
-                font: Typeface.plain(10, Font.DemiBold)
-                color: cell.ink
-            }
-        }
-        Veil {
-            strength: cell.dimmed ? 0.4 : 1
-            ground: Bee.background
+        sourceComponent: ChannelFace {
+            number: cell.number
+            caption: cell.caption
+            soloed: cell.soloed
+            dimmed: cell.dimmed
+            onPressed: cell.held()
+            onClicked: cell.flipped()
         }
     }
 
     // Shows where the keyboard is: inside, so that the grid's edge does not cut it.
-    Shape {
-        anchors.fill: parent
-        z: 1
-        radius: 7
-        visible: cell.current
-        outline: Bee.background
-        lineWidth: 2
-    }
-    Shape {
+    Loader {
         anchors.fill: parent
         anchors.margins: -Shape.Margin
-        z: 1
-        radius: 8
-        visible: cell.current
-        outline: Bee.yellow
-        lineWidth: 2
+        active: cell.current
+
+        sourceComponent: Item {
+            Shape {
+                anchors.fill: parent
+                anchors.margins: Shape.Margin
+                radius: 7
+                outline: Bee.background
+                lineWidth: 2
+            }
+            Shape {
+                anchors.fill: parent
+                radius: 8
+                outline: Bee.yellow
+                lineWidth: 2
+            }
+        }
     }
 }

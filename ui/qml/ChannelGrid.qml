@@ -87,12 +87,13 @@ T.Control {
                         enabled: grid.playable
                         number: place.number
                         caption: place.caption
-                        text: place.label
+                        label: place.label
                         soloed: place.soloed
                         dimmed: place.dimmed
+                        inSight: place.y > cells.contentY - 2 * cells.cellHeight && place.y < cells.contentY + cells.height + cells.cellHeight
                         current: grid.visualFocus && place.GridView.isCurrentItem
-                        onPressed: grid.forceActiveFocus(Qt.MouseFocusReason)
-                        onClicked: place.press()
+                        onHeld: grid.forceActiveFocus(Qt.MouseFocusReason)
+                        onFlipped: place.press()
                     }
                 }
             }
