@@ -18,6 +18,9 @@ namespace {
 /// between two cycles, and one may be under way.
 constexpr std::uint64_t kCyclesToConnect = 2;
 
+/// Frames of no server's cycle.
+constexpr jack_nframes_t kTooMany = 1U << 20U;
+
 constexpr const char* kInteger = "http://www.w3.org/2001/XMLSchema#integer";
 
 }
@@ -145,13 +148,16 @@ void JackPlayback::close() {
             jack_remove_properties(jack, jack_port_uuid(ports_[labelled_ - 1]));
         // The server tells every client of each label, and a client that closes stops listening
         // first: unless the server has done so before, it waits for this one for ever.
-        jack_free(jack_get_uuid_for_client_name(jack, jack_get_client_name(jack)));
+        if (const char* name = jack_get_client_name(jack))
+            jack_free(jack_get_uuid_for_client_name(jack, name));
     }
     if (client_)
         client_->reset();
 }
 
 void JackPlayback::process(jack_nframes_t frames) noexcept {
+    if (frames >= kTooMany)
+        return;
     const bool open = gate_.enter();
     const auto bytes = checkedCast<std::uint32_t>(sizeof(float) * frames);
     const auto buffers = list_.buffers();
