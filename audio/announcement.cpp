@@ -8,16 +8,6 @@
 #include <utility>
 
 namespace tallyvox {
-namespace {
-
-std::vector<std::vector<float>> loadVoices(std::int64_t count, double rate) {
-    std::vector<std::vector<float>> voices;
-    for (std::int64_t number = 1; number <= count; ++number)
-        voices.push_back(loadVoice(number, rate));
-    return voices;
-}
-
-}
 
 std::shared_ptr<Renderer> announcement(std::int64_t channels, double rate,
                                        std::vector<bool> enabled, double db, double gap,

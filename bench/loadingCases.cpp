@@ -28,13 +28,26 @@ void readBytes(const std::filesystem::path& path) {
     close(file);
 }
 
-template<typename Load>
-void measure(const std::string& name, Load load) {
+void readAllBytes() {
+    for (std::int64_t number = 1; number <= numbers; ++number)
+        readBytes(recording(number));
+}
+
+std::vector<std::vector<float>> loadLiterally(double rate) {
+    std::vector<std::vector<float>> voices;
+    for (std::int64_t number = 1; number <= numbers; ++number) {
+        AudioFile file(recording(number));
+        std::vector<std::vector<float>> channels;
+        file.read(channels);
+        voices.push_back(literalVoice(channels.front(), file.rate(), rate));
+    }
+    return voices;
+}
+
+void measure(const std::string& name, auto load) {
     benchmark::RegisterBenchmark(name.c_str(), [load](benchmark::State& state) {
         for (auto _ : state) {
-            std::vector<std::vector<float>> voices;
-            for (std::int64_t number = 1; number <= numbers; ++number)
-                load(number, voices);
+            const auto voices = load();
             benchmark::DoNotOptimize(voices);
         }
     })->Unit(benchmark::kNanosecond);
@@ -46,16 +59,12 @@ void registerLoading() {
     for (const double rate : {44100.0, 48000.0, 96000.0}) {
         const std::string place =
             "loading 128 at " + std::to_string(static_cast<int>(rate)) + " Hz";
-        measure(place + ":product", [=](std::int64_t number, auto& voices) {
-            voices.push_back(loadVoice(number, rate));
+        measure(place + ":product", [=] { return loadVoices(numbers, rate); });
+        measure(place + ":literal", [=] { return loadLiterally(rate); });
+        measure(place + ":limit", [] {
+            readAllBytes();
+            return 0;
         });
-        measure(place + ":literal", [=](std::int64_t number, auto& voices) {
-            AudioFile file(recording(number));
-            const auto channels = file.read();
-            voices.push_back(literalVoice(channels->front(), file.rate(), rate));
-        });
-        measure(place + ":limit",
-                [](std::int64_t number, auto& /*voices*/) { readBytes(recording(number)); });
     }
 }
 

@@ -35,7 +35,7 @@ std::shared_ptr<VoiceStore> Scene::interleaved(std::int64_t channels) {
             together.push_back(voice[f]);
     std::vector<std::vector<float>> one;
     one.push_back(std::move(together));
-    return std::make_shared<VoiceStore>(std::move(one));
+    return std::make_shared<VoiceStore>(VoiceStore::of(std::move(one)));
 }
 
 SceneBuffers::SceneBuffers(std::int64_t channels, bool split, std::int64_t frames)

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <vector>
 
 namespace tallyvox {
@@ -22,10 +21,10 @@ public:
     /// Length as the file states it, in frames.
     std::int64_t length() const noexcept;
 
-    /// Reads from the start, at most `length()` frames; answers the frames actually read as one
-    /// array a channel, or nothing where the format cannot be had as floats. Throws the system's
-    /// own error, naming the file, when reading fails.
-    std::optional<std::vector<std::vector<float>>> read();
+    /// Reads from the start, at most `length()` frames: the frames actually read become one array a
+    /// channel in `channels`, whose memory serves again. False where the format cannot be had as
+    /// floats. Throws the system's own error, naming the file, when reading fails.
+    bool read(std::vector<std::vector<float>>& channels);
 
 private:
     struct Handle;

@@ -21,6 +21,11 @@ std::int64_t cycleOf(const std::vector<std::span<const float>>& voices, std::int
 
 Renderer::Renderer(std::vector<std::vector<float>> voices, std::vector<bool> enabled, float gain,
                    std::int64_t gapFrames, bool sequential)
+    : Renderer(VoiceStore::of(std::move(voices)), std::move(enabled), gain, gapFrames, sequential) {
+}
+
+Renderer::Renderer(VoiceStore voices, std::vector<bool> enabled, float gain, std::int64_t gapFrames,
+                   bool sequential)
     : store_(std::move(voices)),
       enabled_(std::move(enabled)),
       gain_(gain),

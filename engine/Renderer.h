@@ -21,6 +21,9 @@ public:
     /// An overflow of the cycle's length is fatal.
     Renderer(std::vector<std::vector<float>> voices, std::vector<bool> enabled, float gain,
              std::int64_t gapFrames, bool sequential);
+    /// The same with voices that already lie as it needs them.
+    Renderer(VoiceStore voices, std::vector<bool> enabled, float gain, std::int64_t gapFrames,
+             bool sequential);
 
     /// Real-time: overwrites every whole frame of every buffer that has memory, and advances the
     /// position by the longest buffer's frames. A channel with a voice but no flag, a negative

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/VoiceStore.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -16,9 +18,11 @@ std::filesystem::path voiceRoot();
 /// no memory for the samples can be had, 2 when they cannot be had as floats.
 std::vector<float> loadVoice(std::int64_t number, double rate);
 
-/// `samples` at `fileRate` Hz as a voice at `rate` Hz: linear interpolation in double-precision
-/// positions, each sample divided by the peak, or by 0.001 where the peak is no greater. An output
-/// length that is negative or no 64-bit number is fatal.
+/// The voices of the numbers 1 to `count` at `rate` Hz, each as `loadVoice` gives it, laid out for
+/// the renderer. Reads all files afresh. Throws as `loadVoice` does, by the first that fails.
+VoiceStore loadVoices(std::int64_t count, double rate);
+
+/// `samples` at `fileRate` Hz as a voice of their own at `rate` Hz, as `convert` gives it.
 std::vector<float> makeVoice(std::span<const float> samples, double fileRate, double rate);
 
 }

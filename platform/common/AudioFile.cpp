@@ -17,7 +17,7 @@
 namespace tallyvox {
 namespace {
 
-constexpr sf_count_t chunkFrames = 16384;
+constexpr sf_count_t chunkFrames = 4096;
 
 std::string sentence(const char* verb, const std::filesystem::path& path, std::string_view reason) {
     while (!reason.empty() && (reason.back() == '.' || reason.back() == '\n'))
@@ -74,18 +74,20 @@ double AudioFile::rate() const noexcept { return handle_->info.samplerate; }
 
 std::int64_t AudioFile::length() const noexcept { return handle_->info.frames; }
 
-std::optional<std::vector<std::vector<float>>> AudioFile::read() {
+bool AudioFile::read(std::vector<std::vector<float>>& channels) {
     const auto width = static_cast<std::size_t>(handle_->info.channels);
-    std::vector<std::vector<float>> channels(width);
-    for (auto& channel : channels)
+    channels.resize(width);
+    for (auto& channel : channels) {
+        channel.clear();
         channel.reserve(static_cast<std::size_t>(length()));
-    std::vector<float> chunk(width * chunkFrames);
+    }
+    const auto chunk = std::make_unique_for_overwrite<float[]>(width * chunkFrames);
     sf_seek(handle_->file, 0, SEEK_SET);
     sf_count_t left = length();
     while (left > 0) {
-        const auto got = sf_readf_float(handle_->file, chunk.data(), std::min(left, chunkFrames));
+        const auto got = sf_readf_float(handle_->file, chunk.get(), std::min(left, chunkFrames));
         for (std::size_t c = 0; c < width; ++c)
-            append(channels[c], chunk.data() + c, width, static_cast<std::size_t>(got));
+            append(channels[c], chunk.get() + c, width, static_cast<std::size_t>(got));
         if (got == 0)
             break;
         left -= got;
@@ -93,7 +95,7 @@ std::optional<std::vector<std::vector<float>>> AudioFile::read() {
     if (const int error = sf_error(handle_->file); error != SF_ERR_NO_ERROR)
         throw Error("Sound file", error,
                     sentence("read", handle_->path, sf_strerror(handle_->file)));
-    return channels;
+    return true;
 }
 
 }

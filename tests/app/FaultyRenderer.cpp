@@ -39,7 +39,7 @@ void replace(AudioBufferList& list, const std::vector<float>& all) {
 
 Renderer::Renderer(std::vector<std::vector<float>> voices, std::vector<bool> enabled, float gain,
                    std::int64_t gapFrames, bool sequential)
-    : store_({}), gain_(gain), cycle_(gapFrames), sequential_(sequential) {
+    : gain_(gain), cycle_(gapFrames), sequential_(sequential) {
     if (fault == Fault::voicesSwapped)
         std::swap(voices[2], voices[3]);
     if (fault == Fault::gainForgotten)

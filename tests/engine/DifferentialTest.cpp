@@ -225,5 +225,15 @@ TEST(Differential, VoicesEqualTheirRulesToTheBit) {
     }
 }
 
+TEST(Differential, LongVoicesEqualTheirRulesToTheBitAtEveryUsualRate) {
+    Dice dice(seedOf(0));
+    const auto samples = dice.samples(70'001, false);
+    for (const double fileRate : {11025, 22050, 44100, 48000, 96000})
+        for (const double rate : {8000, 44100, 47952, 48000, 88200, 96000, 192000})
+            ASSERT_TRUE(
+                alike(makeVoice(samples, fileRate, rate), literalVoice(samples, fileRate, rate)))
+                << fileRate << " to " << rate;
+}
+
 }
 }

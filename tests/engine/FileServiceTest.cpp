@@ -27,7 +27,11 @@ AudioFile::AudioFile(const std::filesystem::path& path) { script.opened = path; 
 AudioFile::~AudioFile() { delete handle_; }
 double AudioFile::rate() const noexcept { return script.rate; }
 std::int64_t AudioFile::length() const noexcept { return script.length; }
-std::optional<std::vector<std::vector<float>>> AudioFile::read() { return script.read(); }
+bool AudioFile::read(std::vector<std::vector<float>>& channels) {
+    const auto answer = script.read();
+    channels = answer.value_or(channels);
+    return answer.has_value();
+}
 
 namespace {
 

@@ -117,6 +117,29 @@ TEST_F(LoadVoice, ConvertsFromEveryRate) {
     EXPECT_EQ(loadVoice(3, 0), Samples{});
 }
 
+TEST_F(LoadVoice, AllVoicesAreTheVoicesOfTheirNumbers) {
+    for (std::int64_t number = 1; number <= 40; ++number)
+        writeWave(file(std::to_string(number) + ".wav"), sine(997 * number % 20'000, 0.5F), 44100);
+    const VoiceStore store = loadVoices(40, 192000);
+    ASSERT_EQ(store.voices().size(), 40U);
+    std::int64_t number = 0;
+    for (const auto& voice : store.voices())
+        EXPECT_THAT(voice, testing::ElementsAreArray(loadVoice(++number, 192000)));
+    EXPECT_TRUE(loadVoices(0, 192000).voices().empty());
+}
+
+TEST_F(LoadVoice, OfAllVoicesTheFirstThatFailsIsTheOneNamed) {
+    writeWave(file("2.wav"), Samples{1}, 48000);
+    writeBytes(file("4.wav"), "");
+    try {
+        loadVoices(4, 48000);
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.code(), ENOENT);
+        EXPECT_THAT(error.what(), HasSubstr("/Voices/3.wav"));
+    }
+}
+
 TEST_F(LoadVoice, ARecordingWithoutFramesIsAnEmptyVoice) {
     EXPECT_EQ(through(WaveForm::pcm16, {}), Samples{});
 }

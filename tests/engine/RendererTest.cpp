@@ -44,9 +44,9 @@ TEST(Renderer, TheCycleIsTheLongestVoiceAndTheGapButAtLeastOneFrame) {
     EXPECT_EQ(Renderer({{1, 2, 3}, {4}}, {}, 1, -1, false).cycle(), 2);
     EXPECT_EQ(Renderer({{1, 2, 3}, {4}}, {}, 1, -3, false).cycle(), 1);
     EXPECT_EQ(Renderer({{1, 2, 3}, {4}}, {}, 1, least, false).cycle(), 1);
-    EXPECT_EQ(Renderer({}, {}, 1, 9, false).cycle(), 9);
-    EXPECT_EQ(Renderer({}, {}, 1, 0, false).cycle(), 1);
-    EXPECT_EQ(Renderer({}, {}, 1, most, false).cycle(), most);
+    EXPECT_EQ(Renderer(Voices{}, {}, 1, 9, false).cycle(), 9);
+    EXPECT_EQ(Renderer(Voices{}, {}, 1, 0, false).cycle(), 1);
+    EXPECT_EQ(Renderer(Voices{}, {}, 1, most, false).cycle(), most);
 }
 
 TEST(Renderer, ACycleThatOverflowsStopsTheProcess) {
@@ -54,7 +54,7 @@ TEST(Renderer, ACycleThatOverflowsStopsTheProcess) {
 }
 
 TEST(Renderer, WithoutVoicesEverySampleIsSilence) {
-    Renderer renderer({}, {true, true}, 1, 3, false);
+    Renderer renderer(Voices{}, {true, true}, 1, 3, false);
     const auto out = rendered(renderer, {{2, 5}, {1, 5}});
     EXPECT_EQ(out.buffer(0), Samples(10, 0.0F));
     EXPECT_EQ(out.buffer(1), Samples(5, 0.0F));

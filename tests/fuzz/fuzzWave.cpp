@@ -28,9 +28,9 @@ bool isBeyondContract(const AudioFile& file, double rate) {
 
 /// Whether the first channel holds numbers only: the bound of a voice's samples is promised then.
 bool isFinite(AudioFile& file) {
-    const auto channels = file.read();
-    return channels && !channels->empty() &&
-           std::ranges::all_of(channels->front(),
+    std::vector<std::vector<float>> channels;
+    return file.read(channels) && !channels.empty() &&
+           std::ranges::all_of(channels.front(),
                                [](float sample) { return std::isfinite(sample); });
 }
 

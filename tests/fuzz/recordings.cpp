@@ -15,8 +15,9 @@ double AudioFile::rate() const noexcept { return 48000; }
 
 std::int64_t AudioFile::length() const noexcept { return 4; }
 
-std::optional<std::vector<std::vector<float>>> AudioFile::read() {
-    return std::vector<std::vector<float>>{{0.5F, -0.25F, 0.125F, 0.0F}};
+bool AudioFile::read(std::vector<std::vector<float>>& channels) {
+    channels = {{0.5F, -0.25F, 0.125F, 0.0F}};
+    return true;
 }
 
 std::optional<std::filesystem::path> resourceFolder() { return std::nullopt; }

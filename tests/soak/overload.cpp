@@ -62,7 +62,8 @@ private:
 };
 
 void compare(const std::filesystem::path& file, Ear& ear) {
-    const auto channels = AudioFile(file).read().value();
+    std::vector<std::vector<float>> channels;
+    AudioFile(file).read(channels);
     std::vector<const float*> inputs;
     inputs.reserve(channels.size());
     for (const auto& channel : channels)
