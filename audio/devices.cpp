@@ -23,7 +23,7 @@ std::int64_t channelsOf(const std::vector<std::byte>& block) {
         std::min<std::size_t>(stated, (block.size() - head) / sizeof(AudioBuffer));
     std::int64_t channels = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        AudioBuffer buffer;
+        AudioBuffer buffer{};
         std::memcpy(&buffer, block.data() + head + i * sizeof buffer, sizeof buffer);
         channels = checkedAdd(channels, buffer.mNumberChannels);
     }

@@ -38,9 +38,10 @@ TEST(Checked, TruncationGoesTowardZero) {
 
 TEST(Checked, TruncatingWhatNoIntegerHoldsStopsTheProcess) {
     EXPECT_SILENT_STOP(checkedTruncate(0x1p63));
-    EXPECT_SILENT_STOP(checkedTruncate(std::nextafter(-0x1p63, -INFINITY)));
-    EXPECT_SILENT_STOP(checkedTruncate(std::nan("")));
-    EXPECT_SILENT_STOP(checkedTruncate(INFINITY));
+    using Limits = std::numeric_limits<double>;
+    EXPECT_SILENT_STOP(checkedTruncate(std::nextafter(-0x1p63, Limits::lowest())));
+    EXPECT_SILENT_STOP(checkedTruncate(Limits::quiet_NaN()));
+    EXPECT_SILENT_STOP(checkedTruncate(Limits::infinity()));
 }
 
 }

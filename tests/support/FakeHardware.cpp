@@ -183,7 +183,8 @@ std::int32_t FakeHardware::propertyData(std::uint32_t object,
     if (property->text) {
         const auto* text = new std::string(*property->text);
         handedOut_.insert(text);
-        std::memcpy(data, &text, sizeof text);
+        const void* const reference = text;
+        std::memcpy(data, &reference, sizeof reference);
         return 0;
     }
     bytes = std::min(bytes, static_cast<std::uint32_t>(property->value.size()));

@@ -12,9 +12,9 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <map>
 #include <string>
 #include <string_view>
@@ -62,14 +62,12 @@ int save(spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
     file.write(reinterpret_cast<const char*>(device.samples.data()),
                static_cast<std::streamsize>(device.samples.size() * sizeof(float)));
     file.close();
-    std::puts(!file ? "lost" : device.late ? "captured late" : "captured");
-    std::fflush(stdout);
+    std::cout << (!file ? "lost" : device.late ? "captured late" : "captured") << std::endl;
     return 0;
 }
 
 int tellReady(spa_loop*, bool, std::uint32_t, const void*, std::size_t, void*) {
-    std::puts("ready");
-    std::fflush(stdout);
+    std::cout << "ready" << std::endl;
     return 0;
 }
 
@@ -154,7 +152,7 @@ void global(void* data, std::uint32_t id, std::uint32_t, const char* type, std::
         return std::string_view(value != nullptr ? value : "");
     };
     const auto number = [&](const char* key) {
-        return static_cast<std::uint32_t>(std::atol(text(key).data()));
+        return static_cast<std::uint32_t>(std::strtoul(text(key).data(), nullptr, 10));
     };
     if (kind == PW_TYPE_INTERFACE_Node && text(PW_KEY_NODE_NAME) == device.monitored)
         device.monitoredNode = id;
