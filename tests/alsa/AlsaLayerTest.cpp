@@ -12,7 +12,6 @@
 namespace tallyvox {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class AlsaLayerTest : public testing::Test {

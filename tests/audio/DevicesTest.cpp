@@ -18,6 +18,7 @@ constexpr auto outputScope = kAudioObjectPropertyScopeOutput;
 
 std::vector<std::string> lines(const std::vector<OutputDevice>& outputs) {
     std::vector<std::string> texts;
+    texts.reserve(outputs.size());
     for (const auto& output : outputs)
         texts.push_back(std::to_string(output.id) + ' ' + output.name + ' ' +
                         std::to_string(output.channels) + ' ' +

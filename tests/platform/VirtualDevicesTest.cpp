@@ -111,9 +111,11 @@ TEST_F(VirtualLayerTest, WhatTheCallbackWritesIsRecordedExactly) {
     std::vector<float> samples(static_cast<std::size_t>(3 * info.frames));
     sf_readf_float(file, samples.data(), info.frames);
     sf_close(file);
-    for (std::int64_t index = 0; index < std::ssize(samples); ++index)
+    for (std::int64_t index = 0; index < std::ssize(samples); ++index) {
+        const std::int64_t frame = index / 3;
         ASSERT_EQ(samples[static_cast<std::size_t>(index)],
-                  static_cast<float>(10 * (index / 3) + index % 3));
+                  static_cast<float>(10 * frame + index % 3));
+    }
 }
 
 TEST_F(VirtualLayerTest, ItIsPacedInRealTime) {

@@ -10,9 +10,8 @@
 #include <atomic>
 #include <csignal>
 #include <cstddef>
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -63,7 +62,7 @@ int main(int count, char** arguments) {
             jack_port_register(client, ("in_" + std::to_string(i)).c_str(), JACK_DEFAULT_AUDIO_TYPE,
                                JackPortIsInput | JackPortIsPhysical | JackPortIsTerminal, 0));
     if (count == 5) {
-        device.frames = static_cast<std::size_t>(std::atol(arguments[4]));
+        device.frames = std::stoul(arguments[4]);
         device.samples.assign(device.frames * device.ports.size(), 0.0F);
     }
     jack_set_process_callback(
@@ -74,10 +73,9 @@ int main(int count, char** arguments) {
         },
         &device);
     jack_activate(client);
-    std::signal(SIGTERM, [](int) { ending = true; });
-    std::signal(SIGUSR1, [](int) { narrowing = true; });
-    std::puts("ready");
-    std::fflush(stdout);
+    static_cast<void>(std::signal(SIGTERM, [](int) { ending = true; }));
+    static_cast<void>(std::signal(SIGUSR1, [](int) { narrowing = true; }));
+    std::cout << "ready" << std::endl;
     while (!ending && (count == 3 || !device.complete)) {
         if (narrowing.exchange(false))
             jack_port_unregister(client, device.ports.back());
@@ -87,8 +85,7 @@ int main(int count, char** arguments) {
         std::ofstream(arguments[3], std::ios::binary)
             .write(reinterpret_cast<const char*>(device.samples.data()),
                    static_cast<std::streamsize>(device.samples.size() * sizeof(float)));
-        std::puts("captured");
-        std::fflush(stdout);
+        std::cout << "captured" << std::endl;
     }
     while (!ending)
         usleep(5000);
