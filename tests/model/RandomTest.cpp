@@ -195,7 +195,7 @@ protected:
         hardware.log.clear();
     }
 
-    std::mt19937_64 random;
+    std::mt19937_64 random{std::random_device{}()}; // before the test seeds it
     std::discrete_distribution<std::size_t> choice = weights();
     std::optional<Rules> rules;
     std::vector<std::uint32_t> realised;

@@ -18,7 +18,7 @@ public:
     /// A device as it really is: what the catalogue says, and how it takes a start.
     struct Device {
         OutputDevice output;
-        double streamRate;
+        double streamRate = 0;
         std::int32_t createStatus = 0;
         std::int32_t startStatus = 0;
     };

@@ -22,7 +22,7 @@ inline std::string readable(const std::vector<OutputDevice>& value) {
 
 /// Hands `tell` a line for everything that `model` emits: "will change", "first 1 -> 5" with the
 /// value stored at that moment and the one that comes, "first changed", "device changed".
-inline void observe(Model& model, std::function<void(std::string)> tell) {
+inline void observe(Model& model, const std::function<void(std::string)>& tell) {
     const auto property = [&model, tell](const char* name, auto get, auto stream, auto changed) {
         QObject::connect(&model, stream, [&model, tell, name, get](const auto& value) {
             tell(std::string(name) + ' ' + readable((model.*get)()) + " -> " + readable(value));

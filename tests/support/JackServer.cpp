@@ -55,7 +55,9 @@ int lockName(std::string& name) {
 
 }
 
-bool JackServer::available() { return std::system("command -v jackd >/dev/null") == 0; }
+bool JackServer::available() {
+    return run({.line = {"sh", "-c", "command -v jackd"}}).exitCode == 0;
+}
 
 JackServer::JackServer(Setup setup) : setup_(setup), lock_(lockName(name_)) {
     setenv("JACK_DEFAULT_SERVER", name_.c_str(), 1);

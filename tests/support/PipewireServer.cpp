@@ -68,7 +68,7 @@ std::unique_ptr<Process> ready(std::vector<std::string> line) {
 
 Outcome ask(std::vector<std::string> line) {
     line.insert(line.begin(), "pw-cli");
-    const auto outcome = run({.line = line});
+    auto outcome = run({.line = line});
     if (outcome.exitCode != 0)
         throw std::runtime_error("pw-cli fails: " + outcome.out + outcome.err);
     return outcome;
@@ -77,7 +77,7 @@ Outcome ask(std::vector<std::string> line) {
 }
 
 bool PipewireServer::available() {
-    return std::system("command -v pipewire pw-cli pw-metadata >/dev/null") == 0;
+    return run({.line = {"sh", "-c", "command -v pipewire pw-cli pw-metadata"}}).exitCode == 0;
 }
 
 PipewireServer::PipewireServer(std::vector<Sink> sinks) : sinks_(std::move(sinks)) {
