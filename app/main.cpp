@@ -7,6 +7,10 @@
 int main() {
     try {
         tallyvox::Launcher::main();
+        if (!std::cout.flush()) {
+            std::cerr << "tallyvox: Cannot write to standard output.\n";
+            return EXIT_FAILURE;
+        }
     } catch (const std::exception& error) {
         std::cout.flush();
         std::cerr << "tallyvox: " << error.what() << '\n';

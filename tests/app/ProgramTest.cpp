@@ -14,6 +14,9 @@ namespace {
 
 using testing::HasSubstr;
 
+/// Two outputs without any server.
+constexpr auto outputs = "virtual:8@44100,64@48000";
+
 constexpr auto pass =
     "PASS: 128 voices at 44.1/48/96 kHz; independent 8/64/128-channel mapping; interleaved and "
     "split buffers; disabled channels; sequential mode; gain; repeat gaps and callback "
@@ -38,14 +41,15 @@ protected:
             writeWave(recording(number), std::vector<float>(20, 0.5F), 48000, 1, WaveForm::pcm16);
     }
 
-    /// Two outputs without any server, unless `audio` says otherwise.
-    Outcome outcome(std::vector<std::string> words,
-                    const std::string& audio = "virtual:8@44100,64@48000") const {
+    Command command(std::vector<std::string> words, const std::string& audio = outputs) const {
         words.insert(words.begin(), program().string());
-        return run({.line = words,
-                    .set = {{"TALLYVOX_AUDIO", audio}, {"XDG_RUNTIME_DIR", folder.path().string()}},
-                    .unset = {"PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "DISPLAY",
-                              "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}});
+        return {.line = words,
+                .set = {{"TALLYVOX_AUDIO", audio}, {"XDG_RUNTIME_DIR", folder.path().string()}},
+                .unset = {"PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "DISPLAY", "WAYLAND_DISPLAY",
+                          "QT_QPA_PLATFORM"}};
+    }
+    Outcome outcome(std::vector<std::string> words, const std::string& audio = outputs) const {
+        return run(command(std::move(words), audio));
     }
 
     void expectSelfTestPasses(const std::vector<std::string>& words) const {
@@ -156,6 +160,17 @@ TEST_F(Program, ListsNothingWhereThereIsNoOutput) {
     const Outcome ended = outcome({"--devices"}, "pipewire");
     EXPECT_EQ(ended.exitCode, 0);
     EXPECT_EQ(ended.out, "");
+}
+
+TEST_F(Program, FailsWhereItsResultsCannotBeWritten) {
+    recordAll();
+    for (const char* word : {"--self-test", "--devices"}) {
+        Command full = command({word});
+        full.out = "/dev/full";
+        const Outcome ended = run(full);
+        EXPECT_EQ(ended.exitCode, 1) << word;
+        EXPECT_EQ(ended.err, "tallyvox: Cannot write to standard output.\n") << word;
+    }
 }
 
 TEST_F(Program, WantsADisplayForItsWindowWhereItIsGivenAnyOtherWord) {
