@@ -188,7 +188,7 @@ protected:
             ASSERT_EQ(renderer.cycle(), rules->playing->cycle);
             ASSERT_EQ(renderer.sequential(), rules->playing->sequential);
             ASSERT_FLOAT_EQ(renderer.gain(),
-                            std::exp(float(rules->playing->db) * 0.115129254649702284F));
+                            static_cast<float>(std::exp(rules->playing->db * 0.11512925464970228)));
         }
         told.clear();
         rules->told.clear();
