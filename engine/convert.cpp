@@ -126,7 +126,7 @@ void locate(const Source& source, std::size_t i, std::size_t count, Block& block
 
 /// `samples` is where the block's index 0 lies.
 void convertBlock(const Block& block, const float* samples, float divisor, std::span<float> out) {
-    Neighbours found;
+    Neighbours found; // NOLINT(cppcoreguidelines-pro-type-member-init): written before it is read
     auto& [before, after] = found;
     for (std::size_t j = 0; j < out.size(); ++j) {
         before[j] = samples[block.indices[j]];
@@ -142,7 +142,7 @@ void convertBlock(const Block& block, const float* samples, float divisor, std::
 void convertBlocks(const Source& source, std::span<float> out) {
     const Stride stride = strideOf(source, out.size());
     const auto exponentOf = [&source](std::size_t i) { return std::ilogb(source.positionOf(i)); };
-    Block block;
+    Block block{};
     int exponent = 0; // of all positions of `block`, where that `repeats`
     bool repeats = false;
     std::ptrdiff_t shift = 0;
