@@ -40,13 +40,13 @@ void refuseBeyond(std::int64_t channel, std::int64_t channels) {
 void addChoices(CLI::App& verb, Choices& choices, const std::string& lengthDefault) {
     auto* first = verb.add_option("--first", choices.first, "First channel to speak; otherwise 1.")
                       ->type_name("N")
-                      ->check(Between(1, kLargestChannel));
+                      ->transform(Between(1, kLargestChannel));
     auto* last =
         verb.add_option("--last", choices.last,
                         "Last channel to speak; otherwise 8, or with --first or --solo the "
                         "last of the output.")
             ->type_name("N")
-            ->check(Between(1, kLargestChannel));
+            ->transform(Between(1, kLargestChannel));
     verb.add_flag("--all", choices.all,
                   "All channels of the output, up to 128; not with --first or --last.")
         ->excludes(first)
@@ -54,27 +54,27 @@ void addChoices(CLI::App& verb, Choices& choices, const std::string& lengthDefau
     auto* solo = verb.add_option("--solo", choices.solo,
                                  "Only channel N speaks, the others of the range stay silent.")
                      ->type_name("N")
-                     ->check(Between(1, kLargestChannel));
+                     ->transform(Between(1, kLargestChannel));
     verb.add_flag("--sequential", choices.sequential,
                   "One channel after another in turn, instead of all together; not with --solo.")
         ->excludes(solo);
     verb.add_option("--db", choices.db,
                     "Peak level of each channel in dBFS, from -60 to -6; otherwise -24.")
         ->type_name("X")
-        ->check(Between(-60, -6));
+        ->transform(Between(-60, -6));
     verb.add_option("--gap", choices.gap,
                     "Silence between repetitions in seconds, from 0.2 to 3.0; otherwise 0.7.")
         ->type_name("X")
-        ->check(Between(0.2, 3.0));
+        ->transform(Between(0.2, 3.0));
     auto* seconds = verb.add_option("--seconds", choices.seconds,
                                     "End after S seconds; otherwise " + lengthDefault)
                         ->type_name("S")
-                        ->check(Between(0.001, 1e6));
+                        ->transform(Between(0.001, 1e6));
     verb.add_option("--rounds", choices.rounds,
                     "End after N rounds; in a round every chosen channel speaks once. Not with "
                     "--seconds.")
         ->type_name("N")
-        ->check(Between(1, 1e6))
+        ->transform(Between(1, 1e6))
         ->excludes(seconds);
     verb.parse_complete_callback([&choices] { refuseContradictions(choices); });
 }

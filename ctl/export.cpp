@@ -105,11 +105,11 @@ void addExport(CLI::App& program, Action& action) {
         ->required();
     verb->add_option("--channels", wish->channels, "Channels of the output, up to 16383.")
         ->type_name("N")
-        ->check(Between(1, mostChannels))
+        ->transform(Between(1, mostChannels))
         ->required();
     verb->add_option("--rate", wish->rate, "Sample rate in Hz, from 8000 to 768000.")
         ->type_name("R")
-        ->check(Between(8000, 768000))
+        ->transform(Between(8000, 768000))
         ->required();
     const std::map<std::string, SampleFormat> formats{{"float", SampleFormat::float32},
                                                       {"pcm24", SampleFormat::pcm24},

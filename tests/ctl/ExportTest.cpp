@@ -65,6 +65,17 @@ TEST(Export, ASoloSpeaksAlone) {
     expectExported({"--solo", "2"}, announced, announced.cycle());
 }
 
+TEST(Export, NumbersAreDecimalHoweverTheyAreSpelled) {
+    const Companion companion;
+    const auto file = companion.file("x.wav");
+    const Outcome outcome =
+        companion.run({"export", file, "--channels", "010", "--rate", "08000.0"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    const Wave wave = readWave(file);
+    EXPECT_EQ(wave.channels, 10);
+    EXPECT_EQ(wave.rate, 8000);
+}
+
 TEST(Export, ChannelsWithoutAVoiceAreSilent) {
     const Announced announced{200, 48000, -24, 0.2, false, 1, 128};
     expectExported({"--all", "--gap", "0.2"}, announced, announced.cycle());
