@@ -81,8 +81,10 @@ void Pending::commit() {
     std::error_code failure;
     if (fs::is_directory(target_, failure)) {
         std::vector<fs::path> files;
-        for (const auto& entry : fs::directory_iterator(temporary_, failure))
-            files.push_back(entry.path());
+        for (fs::directory_iterator entry(temporary_, failure);
+             !failure && entry != fs::directory_iterator(); entry.increment(failure))
+            files.push_back(entry->path());
+        succeed(temporary_, failure);
         for (const fs::path& file : files) {
             fs::rename(file, target_ / file.filename(), failure);
             succeed(target_ / file.filename(), failure);
