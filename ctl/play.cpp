@@ -168,7 +168,8 @@ void addPlay(CLI::App& program, Action& action) {
     verb->add_option("--output", wish->output,
                      "The output, by its id, its name or a part of its name; otherwise the first "
                      "with \"Dante\" in its name, else the first of all.")
-        ->type_name("ID|NAME");
+        ->type_name("ID|NAME")
+        ->check([](const std::string& name) { return name.empty() ? "the name is empty" : ""; });
     addChoices(*verb, wish->choices, "when interrupted.");
     verb->footer(R"(Without --first, --last, --solo or --all the first 8 channels speak. The first
 line tells how loud the channels can become where they are summed. On a terminal

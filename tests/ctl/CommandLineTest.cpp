@@ -100,7 +100,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{{"play", "--seconds", "-1"}, "--seconds"},
         BadLine{{"play", "--rounds", "0"}, "--rounds"},
         BadLine{{"play", "--rounds", "2", "--seconds", "2"}, "--rounds"},
-        BadLine{{"play", "--output"}, "--output"}));
+        BadLine{{"play", "--output"}, "--output"},
+        BadLine{{"play", "--output", "", "--seconds", "0.1"}, "--output: the name is empty"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Export, UsageError,
