@@ -29,10 +29,18 @@ struct Wish {
     std::string target;
     std::int64_t channels = 0;
     std::int64_t rate = 0;
-    SampleFormat format = SampleFormat::float32;
+    std::string format = "float";
     bool split = false;
     Choices choices;
 };
+
+/// The formats by the names that the command line has for them.
+const std::map<std::string, SampleFormat>& formats() {
+    static const std::map<std::string, SampleFormat> names{{"float", SampleFormat::float32},
+                                                           {"pcm24", SampleFormat::pcm24},
+                                                           {"pcm16", SampleFormat::pcm16}};
+    return names;
+}
 
 std::shared_ptr<Renderer> renderer(const Wish& wish) {
     const Range range = rangeOn(wish.choices, wish.channels);
@@ -79,7 +87,7 @@ int exportTo(const Wish& wish) {
     const auto voices = renderer(wish);
     const std::int64_t frames = length(wish, *voices);
     Pending pending = wish.split ? Pending::folder(wish.target) : Pending::file(wish.target);
-    const WaveShape shape{wish.channels, static_cast<double>(wish.rate), wish.format};
+    const WaveShape shape{wish.channels, static_cast<double>(wish.rate), formats().at(wish.format)};
     try {
         const auto sink = wish.split ? splitFiles(pending.temporary(), shape)
                                      : wholeFile(pending.temporary(), shape);
@@ -111,12 +119,9 @@ void addExport(CLI::App& program, Action& action) {
         ->type_name("R")
         ->transform(Between(8000, 768000))
         ->required();
-    const std::map<std::string, SampleFormat> formats{{"float", SampleFormat::float32},
-                                                      {"pcm24", SampleFormat::pcm24},
-                                                      {"pcm16", SampleFormat::pcm16}};
     verb->add_option("--format", wish->format,
                      "How samples are stored: float, pcm24 or pcm16; otherwise float.")
-        ->transform(CLI::CheckedTransformer(formats).description(""))
+        ->check(CLI::IsMember(formats()).description(""))
         ->type_name("F");
     verb->add_flag("--split", wish->split,
                    "One mono file a channel, named by its number, in the folder FILE.");

@@ -113,7 +113,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{{"export", "x.wav", "--channels", "8", "--rate", "0"}, "--rate"},
         BadLine{{"export", "x.wav", "--channels", "8", "--rate", "44100.5"}, "--rate"},
         BadLine{{"export", "x.wav", "--channels", "8", "--rate", "48000", "--format", "mp3"},
-                "--format"}));
+                "--format: mp3 not in {float,pcm16,pcm24}"},
+        BadLine{{"export", "x.wav", "--channels", "8", "--rate", "48000", "--format", "1"},
+                "--format: 1 not in {float,pcm16,pcm24}"}));
 
 TEST(CommandLine, NoGuiLibraryIsLinked) {
     const Outcome libraries = run({.line = {"ldd", TALLYVOX_COMPANION}});
