@@ -2,10 +2,13 @@
 
 #include "base/fatal.h"
 #include "model/OutputWatch.h"
+#include "ui/Bee.h"
 #include "ui/Spoken.h"
 #include "ui/Typeface.h"
 #include "ui/desktop.h"
 
+#include <QtGui/QGuiApplication>
+#include <QtGui/QPalette>
 #include <QtGui/QScreen>
 
 #include <chrono>
@@ -43,6 +46,8 @@ void Delegate::applicationDidFinishLaunching() {
 
     const QRect screen = window_->screen()->availableGeometry();
     window_->setPosition(screen.center() - QRect({}, window_->size()).center());
+    // Where the toolkit draws the frame itself, on Wayland, it takes the application's colours.
+    QGuiApplication::setPalette(QPalette(Bee::panel(), Bee::background()));
     askForDarkFrame(*window_);
     window_->show();
     window_->raise();

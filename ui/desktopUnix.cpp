@@ -36,8 +36,7 @@ void openToAssistiveTechnology() {
         qputenv(always, "1");
 }
 
-/// On X11 the window carries the hint that window managers look for; on Wayland the frame that the
-/// toolkit draws follows the application's palette.
+/// On X11 the window carries the hint that window managers look for.
 void askForDarkFrame(QWindow& window) {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     xcb_connection_t* connection = x11 != nullptr ? x11->connection() : nullptr;

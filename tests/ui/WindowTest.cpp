@@ -1,5 +1,7 @@
 #include "tests/ui/Screen.h"
 
+#include <QtGui/QGuiApplication>
+#include <QtGui/QPalette>
 #include <QtGui/QScreen>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -20,6 +22,12 @@ TEST_F(Window, IsTitledAndEightHundredSquareInTheMiddle) {
         window().geometry().center() - window().screen()->availableGeometry().center();
     // The toolkit counts a frame of two points.
     EXPECT_LE(off.manhattanLength(), 4);
+}
+
+TEST_F(Window, MakesTheFrameDarkThatTheToolkitDraws) {
+    open();
+    EXPECT_EQ(QGuiApplication::palette().color(QPalette::Window).rgb(), QColor(17, 18, 16).rgb());
+    EXPECT_GT(QGuiApplication::palette().color(QPalette::WindowText).lightness(), 150);
 }
 
 TEST_F(Window, IsNeverSmallerThanItsContentNeeds) {
