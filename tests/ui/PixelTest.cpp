@@ -228,6 +228,24 @@ TEST_F(Pixels, ACheckBoxFlipsOnceWhereverItsRowIsClicked) {
     EXPECT_EQ(model().sequential(), on);
 }
 
+TEST_F(Pixels, AStepperShowsWhichWayItGoesAlsoWhileItIsDisabled) {
+    const QQuickItem& first = find(Spoken::Stepper, QStringLiteral("First: 1"));
+    // The brightest of an arrow, through its tip.
+    const auto arrow = [&](int from) {
+        int most = 0;
+        for (int y = from; y < from + 9; ++y)
+            most = std::max(most, at(first, QPointF(first.width() - 9, y)).red());
+        return most;
+    };
+    const auto up = [&] { return arrow(2); };
+    const auto down = [&] { return arrow(15); };
+    const int before = up();
+    EXPECT_GT(before, down() + 60);
+    model().setRunning(true);
+    EXPECT_LT(up(), before - 60);
+    EXPECT_GT(up(), down() + 25);
+}
+
 TEST_F(Pixels, SlidersAreYellowUpToTheirHandles) {
     const QQuickItem& level = find(Spoken::Slider, QStringLiteral("Peak level"));
     EXPECT_EQ(at(level, {20, 10}), yellow);

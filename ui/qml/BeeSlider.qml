@@ -63,7 +63,7 @@ T.Slider {
             anchors.fill: parent
             anchors.margins: -Shape.Margin
             radius: 10
-            fill: Qt.lighter(Bee.muted, slider.pressed ? 1.33 : 1.25)
+            fill: Qt.tint("white", Bee.faded(Bee.muted, slider.pressed ? 0 : 0.3))
         }
         FocusRing {
             visible: slider.visualFocus

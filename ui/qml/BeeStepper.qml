@@ -41,14 +41,16 @@ T.Control {
         id: half
 
         required property int kind
+        required property bool movable
 
+        enabled: movable
         width: 18
         height: 13
         focusPolicy: Qt.NoFocus
         autoRepeat: true
 
         contentItem: Symbol {
-            opacity: half.enabled ? 1 : 0.35
+            opacity: half.movable ? 1 : 0.35
             kind: half.kind
             color: "white"
         }
@@ -84,13 +86,13 @@ T.Control {
             }
             Half {
                 kind: Symbol.ChevronUp
-                enabled: stepper.value < stepper.limits.most
+                movable: stepper.value < stepper.limits.most
                 onPressed: stepper.moved(1)
             }
             Half {
                 y: 13
                 kind: Symbol.ChevronDown
-                enabled: stepper.value > stepper.limits.least
+                movable: stepper.value > stepper.limits.least
                 onPressed: stepper.moved(-1)
             }
             Rectangle {

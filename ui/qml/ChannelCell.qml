@@ -48,8 +48,8 @@ Item {
         sourceComponent: Item {
             Shape {
                 anchors.fill: parent
-                anchors.margins: Shape.Margin
-                radius: 7
+                anchors.margins: Shape.Margin + 1
+                radius: 6
                 outline: Bee.background
                 lineWidth: 2
             }
