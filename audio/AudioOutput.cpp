@@ -17,10 +17,14 @@ void AudioOutput::start(const OutputDevice& device, std::vector<bool> enabled, d
     stop();
     checkFormat(device, hardware_);
     renderer_ = announcement(device.channels, device.rate, std::move(enabled), db, gap, sequential);
+    played_ = std::make_shared<Frames>(0);
     device_ = device.id;
 
-    // The callback keeps the renderer alive by itself: a late call finds it whole.
-    auto callback = [renderer = renderer_](AudioBufferList* list) { renderer->render(list); };
+    // The callback keeps all it needs alive by itself: a late call finds it whole.
+    auto callback = [renderer = renderer_, played = played_](AudioBufferList* list) {
+        played->fetch_add(renderer->advance(), std::memory_order_relaxed);
+        renderer->render(list);
+    };
     Hardware::IOProcId proc = nullptr;
     check(hardware_.createIOProc(device_, std::move(callback), proc), "Open output");
     proc_ = proc;

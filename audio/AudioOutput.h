@@ -4,6 +4,7 @@
 #include "audio/devices.h"
 #include "engine/Renderer.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -35,12 +36,19 @@ public:
     std::uint32_t device() const noexcept { return device_; }
     /// The renderer of the running announcement, or none.
     const std::shared_ptr<Renderer>& renderer() const noexcept { return renderer_; }
+    /// The frames of the announcement last started that its device has used up: those that it was
+    /// given before its latest call.
+    std::int64_t played() const noexcept { return played_->load(std::memory_order_relaxed); }
 
 private:
+    using Frames = std::atomic<std::int64_t>;
+    static_assert(Frames::is_always_lock_free);
+
     Hardware& hardware_;
     std::optional<Hardware::IOProcId> proc_;
     std::uint32_t device_ = 0;
     std::shared_ptr<Renderer> renderer_;
+    std::shared_ptr<Frames> played_ = std::make_shared<Frames>(0);
 };
 
 }

@@ -12,12 +12,11 @@ std::string clockText(std::int64_t seconds) {
 
 }
 
-std::string liveState(double seconds, double rate, const Rounds& rounds,
+std::string liveState(double seconds, std::int64_t frames, const Rounds& rounds,
                       std::optional<std::uint64_t> xruns) {
-    const std::int64_t frame = checkedTruncate(seconds * rate);
     std::string text =
-        clockText(checkedTruncate(seconds)) + "  round " + std::to_string(rounds.roundAt(frame));
-    if (const std::int64_t channel = rounds.channelAt(frame); channel != 0)
+        clockText(checkedTruncate(seconds)) + "  round " + std::to_string(rounds.roundAt(frames));
+    if (const std::int64_t channel = rounds.channelAt(frames); channel != 0)
         text += "  channel " + std::to_string(channel);
     if (xruns)
         text += "  " + std::to_string(*xruns) + (*xruns == 1 ? " xrun" : " xruns");

@@ -1,5 +1,6 @@
 #include "audio/xruns.h"
 #include "base/Interruption.h"
+#include "base/checked.h"
 #include "ctl/Choices.h"
 #include "ctl/Rounds.h"
 #include "ctl/chooseOutput.h"
@@ -40,6 +41,9 @@ public:
 private:
     void choose();
     void started();
+    double seconds() const;
+    /// Seconds that are left to play, or nothing where only an interruption ends it.
+    std::optional<double> left();
     void tick();
     void watch();
     void stop(int code);
@@ -54,7 +58,7 @@ private:
     QElapsedTimer elapsed_;
     std::optional<Rounds> rounds_;
     double rate_ = 0.0;
-    std::optional<double> length_; ///< seconds
+    std::optional<std::int64_t> length_; ///< frames, where rounds were chosen
     LiveLine line_;
     int code_ = ExitCode::done;
 };
@@ -110,24 +114,29 @@ void Session::started() {
     print(model_.status().toStdString());
     rounds_.emplace(*model_.audio().renderer());
     rate_ = model_.selectedDevice()->rate;
-    length_ = wish_.choices.seconds;
     if (wish_.choices.rounds)
-        length_ = static_cast<double>(*wish_.choices.rounds) *
-                  static_cast<double>(rounds_->frames()) / rate_;
+        length_ = checkedMultiply(*wish_.choices.rounds, rounds_->frames());
     watch_.start(std::chrono::seconds(1));
     tick();
 }
 
+double Session::seconds() const { return static_cast<double>(elapsed_.nsecsElapsed()) / 1e9; }
+
+std::optional<double> Session::left() {
+    // What a late output has not played yet is still to be heard, whatever the clock says.
+    if (length_)
+        return static_cast<double>(*length_ - model_.audio().played()) / rate_;
+    if (wish_.choices.seconds)
+        return *wish_.choices.seconds - seconds();
+    return {};
+}
+
 void Session::tick() {
-    const double seconds = static_cast<double>(elapsed_.nsecsElapsed()) / 1e9;
-    double pause = 0.1;
-    if (length_) {
-        const double left = *length_ - seconds;
-        if (left <= 0)
-            return stop(ExitCode::done);
-        pause = std::min(pause, left);
-    }
-    line_.show(liveState(seconds, rate_, *rounds_, xruns(model_.selected())));
+    const double remaining = left().value_or(HUGE_VAL);
+    if (remaining <= 0)
+        return stop(ExitCode::done);
+    const double pause = std::clamp(remaining, 0.005, 0.1);
+    line_.show(liveState(seconds(), model_.audio().played(), *rounds_, xruns(model_.selected())));
     tick_.start(std::chrono::milliseconds(static_cast<std::int64_t>(std::ceil(pause * 1000))));
 }
 

@@ -84,6 +84,7 @@ void Renderer::render(AudioBufferList* list) noexcept {
     }
     const std::int64_t period = checkedMultiply(cycle_, sequential_ ? turns() : 1);
     position_ = checkedAdd(position_, longest) % period;
+    advance_ = longest;
 }
 
 void Renderer::fill(float* out, const Channels& channels, std::int64_t frames,

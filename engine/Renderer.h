@@ -40,6 +40,9 @@ public:
     /// The next frame to be produced; not synchronised with a running `render`.
     std::int64_t position() const noexcept { return position_; }
     void setPosition(std::int64_t position) noexcept { position_ = position; }
+    /// The frames that the latest `render` advanced by, 0 before the first; not synchronised
+    /// either.
+    std::int64_t advance() const noexcept { return advance_; }
 
 private:
     /// Where a frame lies in its cycle, who speaks then, and how many frames from there on are
@@ -75,6 +78,7 @@ private:
     std::int64_t cycle_;
     bool sequential_;
     std::int64_t position_ = 0;
+    std::int64_t advance_ = 0;
 
     std::vector<Line> lines_;            ///< a line a voice, empty where its channel is silent
     std::int64_t longestLine_ = 0;       ///< frames of the longest of them

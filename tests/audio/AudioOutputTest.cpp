@@ -187,6 +187,34 @@ TEST_F(AudioOutputTest, ARestartBeginsAtTheFirstFrame) {
     EXPECT_EQ(hardware.cycle(7, 5), first);
 }
 
+TEST_F(AudioOutputTest, WhatWasGivenIsPlayedWhenTheDeviceAsksAgain) {
+    hardware.addDevice(7, "Out", {2, 1}, 48000);
+    start(device(7, 3));
+    EXPECT_EQ(output->played(), 0);
+    std::int64_t given = 0;
+    // More than the one cycle of the voices, after which the renderer's position begins anew.
+    for (const std::size_t frames : {5U, 0U, 64U, 17U}) {
+        hardware.cycle(7, frames);
+        EXPECT_EQ(output->played(), given);
+        given += std::int64_t(frames);
+    }
+    output->stop();
+    EXPECT_EQ(output->played(), 69);
+    restart(device(7, 3));
+    EXPECT_EQ(output->played(), 0);
+}
+
+TEST_F(AudioOutputTest, ALateCallDoesNotCountForTheNextAnnouncement) {
+    hardware.addDevice(7, "Out", {1}, 48000);
+    start(device(7, 1));
+    hardware.cycle(7, 32);
+    const auto late = hardware.callback(7);
+    restart(device(7, 1));
+    OwnedBufferList list({1});
+    late(list.get());
+    EXPECT_EQ(output->played(), 0);
+}
+
 TEST_F(AudioOutputTest, A192ChannelDeviceGets128Voices) {
     voices.fillUpTo(128);
     hardware.addDevice(7, "Out", {192}, 48000);

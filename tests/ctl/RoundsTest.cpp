@@ -40,10 +40,10 @@ TEST(RoundsTest, WithoutEnabledChannelsARoundIsACycle) {
 
 TEST(LiveState, TellsTimeRoundChannelAndXruns) {
     const Rounds turns(renderer({true, true}, true));
-    EXPECT_EQ(liveState(61.5, 10, turns, 0), "1:01  round 31  channel 2  0 xruns");
+    EXPECT_EQ(liveState(61.5, 610, turns, 0), "1:01  round 31  channel 2  0 xruns");
     const Rounds together(renderer({true, true}, false));
-    EXPECT_EQ(liveState(0.0, 10, together, 1), "0:00  round 1  1 xrun");
-    EXPECT_EQ(liveState(3600.0, 10, together, std::nullopt), "60:00  round 3601");
+    EXPECT_EQ(liveState(0.0, 0, together, 1), "0:00  round 1  1 xrun");
+    EXPECT_EQ(liveState(3600.0, 36000, together, std::nullopt), "60:00  round 3601");
 }
 
 TEST(Loudness, OfOneChannelIsItsOwnPeak) {
