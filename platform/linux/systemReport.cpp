@@ -1,6 +1,6 @@
 #include "audio/SystemReport.h"
 
-#include "platform/common/realtimeThread.h"
+#include "platform/common/RealtimeThread.h"
 #include "platform/linux/alsa/alsaReport.h"
 #include "platform/linux/jack/jackReport.h"
 #include "platform/linux/pipewire/pipewireReport.h"

@@ -3,12 +3,11 @@
 #include "base/Error.h"
 #include "base/checked.h"
 #include "engine/WaveWriter.h"
-#include "platform/common/realtimeThread.h"
+#include "platform/common/RealtimeThread.h"
 
 #include <atomic>
 #include <chrono>
 #include <iostream>
-#include <stop_token>
 #include <thread>
 #include <utility>
 
@@ -44,15 +43,13 @@ public:
                 return kAudioHardwareUnspecifiedError;
             }
         }
-        thread_ = std::jthread([this](const std::stop_token& stopping) { run(stopping); });
+        thread_.start([this] { run(); });
         return 0;
     }
 
     void stop() override {
-        if (!thread_.joinable())
+        if (!thread_.stop())
             return;
-        thread_.request_stop();
-        thread_.join();
         keep([](WaveWriter& file) { file.close(); });
         file_.reset();
     }
@@ -62,11 +59,10 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    void run(const std::stop_token& stopping) {
-        requestRealtimePriority();
+    void run() {
         const std::chrono::duration<double> period(static_cast<double>(kPeriod) / device_.rate);
         auto first = Clock::now();
-        for (std::int64_t cycle = 0; !stopping.stop_requested(); ++cycle) {
+        for (std::int64_t cycle = 0; !thread_.stopping(); ++cycle) {
             const auto due =
                 first + std::chrono::duration_cast<Clock::duration>(period * double(cycle));
             if (Clock::now() > due + std::chrono::duration_cast<Clock::duration>(period)) {
@@ -101,7 +97,7 @@ private:
     std::vector<float> samples_;
     std::unique_ptr<WaveWriter> file_;
     std::atomic<std::uint64_t> xruns_ = 0;
-    std::jthread thread_;
+    RealtimeThread thread_;
 };
 
 }

@@ -2,12 +2,11 @@
 
 #include "base/checked.h"
 #include "engine/AudioBufferList.h"
-#include "platform/common/realtimeThread.h"
+#include "platform/common/RealtimeThread.h"
 
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <stop_token>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -39,27 +38,23 @@ public:
         const auto status = pcm_->prepare();
         if (status < 0)
             return status;
-        thread_ = std::jthread([this](const std::stop_token& stopping) { run(stopping); });
+        thread_.start([this] { run(); });
         return 0;
     }
 
     void stop() override {
-        if (!thread_.joinable())
-            return;
-        thread_.request_stop();
-        thread_.join();
-        pcm_->drop();
+        if (thread_.stop())
+            pcm_->drop();
     }
 
     std::uint64_t xruns() const noexcept override { return xruns_.load(); }
 
 private:
-    void run(const std::stop_token& stopping) {
-        requestRealtimePriority();
-        while (!stopping.stop_requested()) {
+    void run() {
+        while (!thread_.stopping()) {
             callback_(list_.get());
             convert();
-            if (!deliver(stopping))
+            if (!deliver())
                 return;
         }
     }
@@ -76,16 +71,16 @@ private:
     }
 
     /// Hands the period over; false where the hardware has gone.
-    bool deliver(const std::stop_token& stopping) {
+    bool deliver() {
         const auto frames = pcm_->period();
-        for (std::size_t done = 0; done < frames && !stopping.stop_requested();) {
+        for (std::size_t done = 0; done < frames && !thread_.stopping();) {
             locate(done);
             const auto written = pcm_->write(places_, frames - done);
             if (written > static_cast<std::int64_t>(frames - done))
                 return false;
             if (written > 0)
                 done += static_cast<std::size_t>(written);
-            else if (!recover(written, stopping))
+            else if (!recover(written))
                 return false;
         }
         return true;
@@ -100,15 +95,15 @@ private:
     }
 
     /// Does what `status` asks for; false where nothing helps.
-    bool recover(std::int64_t status, const std::stop_token& stopping) {
+    bool recover(std::int64_t status) {
         if (status == 0 || status == -EAGAIN) {
             const auto waited = pcm_->wait();
-            return waited >= 0 || recoverStopped(waited, stopping);
+            return waited >= 0 || recoverStopped(waited);
         }
-        return recoverStopped(status, stopping);
+        return recoverStopped(status);
     }
 
-    bool recoverStopped(std::int64_t status, const std::stop_token& stopping) {
+    bool recoverStopped(std::int64_t status) {
         if (status == -EINTR)
             return true;
         if (status == -EPIPE) {
@@ -117,7 +112,7 @@ private:
         }
         if (status != -ESTRPIPE)
             return false;
-        while (!stopping.stop_requested()) {
+        while (!thread_.stopping()) {
             const auto resumed = pcm_->resume();
             if (resumed != -EAGAIN)
                 return resumed >= 0 || pcm_->prepare() >= 0;
@@ -134,7 +129,7 @@ private:
     std::vector<std::byte> hardware_; ///< the same in the hardware's form
     std::vector<void*> places_;       ///< what is handed over next
     std::atomic<std::uint64_t> xruns_ = 0;
-    std::jthread thread_;
+    RealtimeThread thread_;
 };
 
 }
