@@ -39,7 +39,8 @@ public:
 };
 
 /// One of the system's audio services: lists its devices and opens streams on them. Main thread
-/// only; no operation waits for a server longer than 50 ms, except for a stream's start and stop.
+/// only; no operation waits for a server longer than 50 ms, except for the first list and for what
+/// a stream does.
 class Layer {
 public:
     Layer() = default;

@@ -4,13 +4,12 @@
 #include "tests/jack/listing.h"
 #include "tests/support/JackServer.h"
 #include "tests/support/TestSignal.h"
-#include "tests/support/environmentNumber.h"
+#include "tests/support/plugs.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -18,22 +17,6 @@ namespace tallyvox {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// The longest that the window may stand still.
-constexpr auto kHang = 2s;
-
-template<typename Action>
-std::chrono::milliseconds duration(Action action) {
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                                 begin);
-}
-
-/// For how long a server stands still: TALLYVOX_STANDSTILL seconds, or not longer than it takes.
-std::chrono::seconds standstill() {
-    return std::chrono::seconds(environmentNumber("TALLYVOX_STANDSTILL", 0));
-}
 
 class JackPlugsTest : public testing::Test {
 protected:
@@ -225,7 +208,7 @@ TEST_F(JackPlugsTest, AStoppedServerHoldsNobodyUpAndGoesOnLater) {
     EXPECT_LT(duration([&] { stream_.reset(); }), kHang);
     EXPECT_LT(duration([&] { EXPECT_NE(open(id_), 0); }), kHang);
     EXPECT_EQ(signal_.calls(), calls);
-    std::this_thread::sleep_for(standstill());
+    std::this_thread::sleep_for(standstill(0ms));
     server_->process().send(SIGCONT);
     expectRecovery();
 }
@@ -265,6 +248,20 @@ TEST_F(JackPlugsTest, AnAbsentServerIsNoticedAtOnce) {
         times.push_back(duration([&] { EXPECT_EQ(layer_->devices(), std::nullopt); }));
     std::sort(times.begin(), times.end());
     EXPECT_LT(times[2], 50ms);
+}
+
+TEST_F(JackPlugsTest, AServerThatHangsFromItsBeginningHoldsNoListUp) {
+    server_->stop();
+    ASSERT_TRUE(away());
+    server_->start();
+    server_->process().send(SIGSTOP);
+    // Far less than the second that the first list of a program may take.
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_LT(duration([&] { layer_->devices(); }), 500ms);
+        std::this_thread::sleep_for(10ms);
+    }
+    server_->process().send(SIGCONT);
+    expectRecovery();
 }
 
 }

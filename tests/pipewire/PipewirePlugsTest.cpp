@@ -4,34 +4,16 @@
 #include "tests/pipewire/listing.h"
 #include "tests/support/PipewireServer.h"
 #include "tests/support/TestSignal.h"
-#include "tests/support/environmentNumber.h"
+#include "tests/support/plugs.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <future>
 
 namespace tallyvox {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// The longest that the window may stand still.
-constexpr auto kHang = 2s;
-
-/// TALLYVOX_PAUSE seconds, or as long as does not hold up the suite.
-std::chrono::milliseconds pauseOfServer() {
-    const int seconds = environmentNumber("TALLYVOX_PAUSE", 0);
-    return seconds > 0 ? seconds * 1000ms : 200ms;
-}
-
-template<class Action>
-std::chrono::milliseconds duration(Action action) {
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                                 begin);
-}
 
 class PipewirePlugsTest : public testing::Test {
 protected:
@@ -210,6 +192,7 @@ TEST_F(PipewirePlugsTest, AHungServerHoldsNobodyUpAndGoesOnLater) {
     EXPECT_LT(duration([&] { EXPECT_EQ(stream_->start(), kAudioHardwareNotRunningError); }), kHang);
     EXPECT_LT(duration([&] { stream_.reset(); }), kHang);
     EXPECT_EQ(signal_.calls(), calls);
+    std::this_thread::sleep_for(standstill(0ms));
     server_->thaw();
     expectRecovery();
 }
@@ -217,7 +200,7 @@ TEST_F(PipewirePlugsTest, AHungServerHoldsNobodyUpAndGoesOnLater) {
 TEST_F(PipewirePlugsTest, APauseOfTheServerIsSurvivedByTheStream) {
     play(stays_);
     server_->freeze();
-    const auto pause = pauseOfServer();
+    const auto pause = standstill(200ms);
     EXPECT_TRUE(eventually([&] {
         const auto before = signal_.calls();
         std::this_thread::sleep_for(pause);
@@ -251,6 +234,20 @@ TEST_F(PipewirePlugsTest, AHungServerDoesNotKeepTheProgramFromEnding) {
                   layer_.reset();
               }),
               kHang);
+}
+
+TEST_F(PipewirePlugsTest, AServerThatHangsFromItsBeginningHoldsNoListUp) {
+    server_->kill();
+    ASSERT_TRUE(away());
+    server_->start();
+    server_->freeze();
+    // Far less than the second that the first list of a program may take.
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_LT(duration([&] { layer_->devices(); }), 500ms);
+        std::this_thread::sleep_for(10ms);
+    }
+    server_->thaw();
+    expectRecovery();
 }
 
 }

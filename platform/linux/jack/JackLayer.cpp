@@ -13,7 +13,10 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kListing{40};
+/// For the first list, which a program that lists once has no other chance to get.
 constexpr milliseconds kConnecting{900};
+/// Between two attempts to reach a server that is away.
+constexpr milliseconds kPause{100};
 /// A server that says nothing for so long does not answer; until then its last list stands.
 constexpr milliseconds kSilence{2000};
 /// For so long a list serves the questions about its devices.
@@ -86,7 +89,10 @@ class JackLayer : public Layer {
 public:
     explicit JackLayer(JackServers servers)
         : worker_(std::make_shared<Worker>()),
-          connection_(std::make_shared<JackConnection>(servers)) {}
+          connection_(std::make_shared<JackConnection>(servers)) {
+        // So that it runs while the other layers are asked for their first lists.
+        worker_->post([connection = connection_] { connection->client(); });
+    }
 
     ~JackLayer() override {
         // The worker closes the clients: the last owner of the connection is its last job.
@@ -96,8 +102,11 @@ public:
     std::string_view name() const override { return "jack"; }
 
     std::optional<std::vector<DeviceRecord>> devices() override {
+        const bool first = lastTime_ == Clock::time_point{};
+        if (!first && !last_ && Clock::now() < lastTime_ + kPause)
+            return std::nullopt;
         const auto answer = std::make_shared<std::optional<std::vector<DeviceRecord>>>();
-        const auto patience = last_ ? kListing : kConnecting;
+        const auto patience = first ? kConnecting : kListing;
         if (worker_->run([answer, connection = connection_] { *answer = records(*connection); },
                          patience))
             last_ = std::move(*answer);
@@ -153,7 +162,7 @@ private:
     const std::shared_ptr<Worker> worker_;
     std::shared_ptr<JackConnection> connection_;
     std::optional<std::vector<DeviceRecord>> last_;
-    Clock::time_point lastTime_;
+    Clock::time_point lastTime_; ///< when the server was last asked
 };
 
 }

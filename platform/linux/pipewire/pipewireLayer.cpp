@@ -15,8 +15,11 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-/// How long the first listing of a new connection waits for the server's answer.
-constexpr auto kPatience = 1s;
+/// How long the first list waits for the server's answer: a program that lists once has no other
+/// chance to get it.
+constexpr auto kConnecting = 1s;
+/// How long any other list waits for that of a new connection.
+constexpr auto kListing = 40ms;
 /// Between two attempts to reach a server that is away.
 constexpr auto kPause = 100ms;
 
@@ -59,12 +62,13 @@ private:
     void connect() {
         if ((connection_ && !broken()) || Clock::now() < attempted_ + kPause)
             return;
+        const bool first = attempted_ == Clock::time_point{};
         connection_ = Connection::open();
         attempted_ = Clock::now();
         if (!connection_)
             return;
         const Connection::Lock lock(*connection_);
-        connection_->wait(attempted_ + kPatience,
+        connection_->wait(attempted_ + (first ? kConnecting : kListing),
                           [this] { return connection_->devices().has_value(); });
     }
 
