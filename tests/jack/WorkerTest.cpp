@@ -56,6 +56,18 @@ TEST(Worker, WaitsForAJobThatShowsSignsOfLife) {
     EXPECT_TRUE(worker.run(slow, 200ms));
 }
 
+TEST(Worker, GivesUpAtTheLimitOnAJobThatShowsSignsOfLife) {
+    std::atomic<bool> over = false;
+    Worker worker;
+    const auto lively = [&over] {
+        while (!over)
+            Worker::proceeding();
+    };
+    EXPECT_FALSE(worker.run(lively, kLong, 1ms));
+    EXPECT_LT(worker.silence(), kLong);
+    over = true;
+}
+
 TEST(Worker, AnswersAtOnceAndDropsJobsWhileAnEarlierOneHangs) {
     Hanging hanging;
     const auto ran = std::make_shared<std::atomic<bool>>(false);

@@ -108,7 +108,7 @@ public:
         const auto answer = std::make_shared<std::optional<std::vector<DeviceRecord>>>();
         const auto patience = first ? kConnecting : kListing;
         if (worker_->run([answer, connection = connection_] { *answer = records(*connection); },
-                         patience))
+                         patience, patience))
             last_ = std::move(*answer);
         else if (worker_->silence() > kSilence)
             last_.reset();

@@ -124,6 +124,7 @@ void JackPlayback::label() {
         jack_set_property(jack, uuid, JACK_METADATA_PRETTY_NAME, ("Channel " + number).c_str(),
                           "text/plain");
         jack_set_property(jack, uuid, JACK_METADATA_ORDER, number.c_str(), kInteger);
+        Worker::proceeding();
     }
 }
 

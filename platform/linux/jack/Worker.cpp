@@ -91,14 +91,15 @@ Worker::~Worker() {
         thread_.detach();
 }
 
-bool Worker::run(std::function<void()> job, std::chrono::milliseconds patience) {
+bool Worker::run(std::function<void()> job, std::chrono::milliseconds patience,
+                 std::chrono::milliseconds limit) {
     const auto begin = Clock::now();
     std::unique_lock lock(state_->mutex);
     if (state_->silence() >= patience)
         return false;
     const auto number = state_->queue(std::move(job));
     while (state_->done < number) {
-        const auto giveUp = std::max(begin, state_->lastSign()) + patience;
+        const auto giveUp = std::min(std::max(begin, state_->lastSign()) + patience, begin + limit);
         if (Clock::now() >= giveUp)
             return false;
         state_->changed.wait_until(lock, giveUp);

@@ -20,9 +20,10 @@ public:
     ~Worker();
 
     /// Queues `job` and waits until it is done; answers whether it is. It gives up when the worker
-    /// has shown no sign of life for `patience`; where that is so from the beginning it answers at
-    /// once and drops `job`.
-    bool run(std::function<void()> job, std::chrono::milliseconds patience);
+    /// has shown no sign of life for `patience`, and after `limit` in any case; where there was no
+    /// sign for so long from the beginning it answers at once and drops `job`.
+    bool run(std::function<void()> job, std::chrono::milliseconds patience,
+             std::chrono::milliseconds limit = std::chrono::minutes(1));
 
     /// Queues `job` without waiting.
     void post(std::function<void()> job);
