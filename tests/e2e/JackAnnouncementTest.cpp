@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <optional>
 #include <sstream>
 
 namespace tallyvox {
@@ -154,24 +155,55 @@ TEST_F(JackAnnouncementTest, EveryServerThatAnswersIsListedOnce) {
     EXPECT_THAT(listed(""), ElementsAre("Balcony", "Cellar"));
 }
 
-TEST_F(JackAnnouncementTest, PipewiresEmulationIsServedOnlyWhenAskedFor) {
-    const std::filesystem::path emulation = TALLYVOX_JACK_EMULATION;
-    if (!PipewireServer::available() || !std::filesystem::exists(emulation))
-        GTEST_SKIP() << "PipeWire's JACK emulation is not installed";
-    PipewireServer pipewire({{"Balcony", 8, 48000}});
-    const auto emulated = [&](std::vector<std::string> line, const std::string& audio) {
+/// PipeWire's emulation of JACK takes the place of libjack in the programs that it starts.
+class PipewiresEmulation : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!PipewireServer::available() || !std::filesystem::exists(emulation))
+            GTEST_SKIP() << "PipeWire's JACK emulation is not installed";
+        server.emplace(std::vector<PipewireServer::Sink>{{"Balcony", 64, 48000}});
+    }
+
+    Command emulated(std::vector<std::string> line, const std::string& audio) const {
         auto result = command(std::move(line), audio);
         result.set["LD_LIBRARY_PATH"] = emulation.parent_path();
-        return run(result);
-    };
-    const auto once = emulated({TALLYVOX_PROGRAM, "--devices"}, "");
-    EXPECT_THAT(once.out, HasSubstr("Balcony | 8 outputs | 48000.0 Hz\n"));
+        return result;
+    }
+
+    const std::filesystem::path emulation = TALLYVOX_JACK_EMULATION;
+    std::optional<PipewireServer> server;
+};
+
+TEST_F(PipewiresEmulation, IsServedOnlyWhenAskedFor) {
+    const auto once = run(emulated({TALLYVOX_PROGRAM, "--devices"}, ""));
+    EXPECT_THAT(once.out, HasSubstr("Balcony | 64 outputs | 48000.0 Hz\n"));
     EXPECT_EQ(std::count(once.out.begin(), once.out.end(), '\n'), 1) << once.out;
-    const auto asked = emulated({TALLYVOX_PROGRAM, "--devices"}, "jack");
-    EXPECT_THAT(asked.out, HasSubstr("Balcony | 8 outputs | 48000.0 Hz\n"));
+    const auto asked = run(emulated({TALLYVOX_PROGRAM, "--devices"}, "jack"));
+    EXPECT_THAT(asked.out, HasSubstr("Balcony | 64 outputs | 48000.0 Hz\n"));
     EXPECT_NE(asked.out, once.out) << "the ids are not of different layers";
-    const auto played = emulated({TALLYVOX_COMPANION, "play", "--seconds", "0.5"}, "jack");
-    EXPECT_EQ(played.exitCode, 0) << played.err;
+}
+
+TEST_F(PipewiresEmulation, IsExact) {
+    const Announcement::Choice choice{64, 48000, -6, 0.2, false, 1, 64};
+    const Announcement expected(choice);
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "capture";
+    bool late = true;
+    for (int attempt = 0; late && attempt < 4; ++attempt) {
+        auto ear = PipewireOutput::monitor(
+            "Balcony", 64, file,
+            static_cast<std::int64_t>(1.05 * static_cast<double>(expected.cycle())));
+        Process companion(emulated(
+            {TALLYVOX_COMPANION, "play", "--last", "64", "--db", "-6", "--gap", "0.2"}, "jack"));
+        ASSERT_TRUE(ear.captured()) << companion.out() << companion.err();
+        companion.send(SIGINT);
+        const Outcome outcome = companion.end();
+        EXPECT_EQ(outcome.exitCode, 130) << outcome.out;
+        EXPECT_EQ(outcome.err, "");
+        late = ear.late();
+    }
+    EXPECT_FALSE(late) << "the machine does not keep up";
+    EXPECT_EQ(Capture(file, 64).deviation(expected), "");
 }
 
 }

@@ -166,5 +166,18 @@ TEST_F(PipewireAnnouncementTest, AnOutputThatVanishesEndsIt) {
     EXPECT_THAT(outcome.err, ::testing::HasSubstr("Output changed or disconnected."));
 }
 
+TEST_F(PipewireAnnouncementTest, ARateForcedByAnotherProgramEndsIt) {
+    Process companion(command({TALLYVOX_COMPANION, "play", "--output", "Balcony"}));
+    ASSERT_TRUE(companion.shows("Playing to Balcony \u00B7 48000 Hz"));
+    server->forceRate(96000);
+    const Outcome outcome = companion.end();
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.err, "Output changed or disconnected. Refresh outputs before restarting.\n");
+    Process again(command({TALLYVOX_COMPANION, "play", "--output", "Balcony"}));
+    EXPECT_TRUE(again.shows("Playing to Balcony \u00B7 96000 Hz"));
+    again.send(SIGINT);
+    EXPECT_EQ(again.end().exitCode, 130);
+}
+
 }
 }

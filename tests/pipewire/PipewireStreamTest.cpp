@@ -58,6 +58,31 @@ TEST_F(PipewireStreamTest, SixtyFourChannelsOfAServersOwnDeviceAreExact) {
                    [&] { return PipewireOutput::monitor("Sixty-four", 64, file(), 48000); });
 }
 
+TEST_F(PipewireStreamTest, AnotherRateInTheMiddleIsSilentFromItsFirstFrame) {
+    constexpr std::int64_t kFrames = 100'000;
+    bool late = true;
+    for (int attempt = 0; late && attempt < 4; ++attempt) {
+        auto ear = PipewireOutput::monitor("Eight", 8, file(), kFrames);
+        const TestSignal signal;
+        std::unique_ptr<Stream> stream;
+        const auto id = await(*layer, "Eight", 8).id;
+        ASSERT_EQ(layer->open(id, signal.callback(), stream), 0);
+        ASSERT_EQ(stream->start(), 0);
+        ASSERT_TRUE(eventually([&] { return signal.frames() > kFrames / 5; }));
+        server->forceRate(96000);
+        ASSERT_TRUE(ear.captured());
+        late = ear.late();
+        const auto changed = ear.otherRateFrom();
+        ASSERT_TRUE(changed) << "the rate changed when the capture was over";
+        EXPECT_EQ(soundAfter(file(), 8, *changed), std::nullopt);
+        EXPECT_TRUE(late || deviation(file(), 8, *changed).empty())
+            << deviation(file(), 8, *changed);
+        EXPECT_EQ(layer->device(id)->rate, 96000);
+        server->forceRate(0);
+    }
+    EXPECT_FALSE(late) << "the machine does not keep up";
+}
+
 TEST_F(PipewireStreamTest, ACallbackThatIsLateIsCounted) {
     std::unique_ptr<Stream> stream;
     std::atomic<std::int64_t> calls = 0;

@@ -140,6 +140,14 @@ PipewireOutput PipewireOutput::monitor(const std::string& name, int channels,
         {"--monitor", name, std::to_string(channels), file.string(), std::to_string(frames)});
 }
 
+std::optional<std::int64_t> PipewireOutput::otherRateFrom() {
+    const std::string told = "another rate from ";
+    const auto out = process_->out();
+    const auto at = out.find(told);
+    return at != std::string::npos ? std::optional(std::stoll(out.substr(at + told.size())))
+                                   : std::nullopt;
+}
+
 PipewireOutput::~PipewireOutput() {
     if (process_)
         remove();

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -75,6 +76,9 @@ public:
 
     /// After that: whether cycles are missing in the capture, because the machine was too busy.
     bool late() { return process_->out().find("captured late") != std::string::npos; }
+
+    /// After that: the first captured frame that ran at another rate than those before it.
+    std::optional<std::int64_t> otherRateFrom();
 
     /// Takes the last channel away from a device that captures nothing.
     void narrow() { process_->send(SIGUSR1); }

@@ -45,4 +45,17 @@ std::string deviation(const std::filesystem::path& capture, std::int64_t channel
     return {};
 }
 
+std::optional<std::int64_t> soundAfter(const std::filesystem::path& capture, std::int64_t channels,
+                                       std::int64_t frame) {
+    std::ifstream file(capture, std::ios::binary);
+    file.seekg(frame * channels * std::int64_t{sizeof(float)});
+    for (std::int64_t i = 0;; ++i) {
+        float sample = 0;
+        if (!file.read(reinterpret_cast<char*>(&sample), sizeof sample))
+            return std::nullopt;
+        if (sample != 0)
+            return frame + i / channels;
+    }
+}
+
 }

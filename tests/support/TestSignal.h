@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tallyvox {
@@ -36,5 +37,9 @@ private:
 /// from its first frame on: the first deviation, or nothing.
 std::string deviation(const std::filesystem::path& capture, std::int64_t channels,
                       std::int64_t frames);
+
+/// The first frame from `frame` on that is not silent on all channels, or nothing.
+std::optional<std::int64_t> soundAfter(const std::filesystem::path& capture, std::int64_t channels,
+                                       std::int64_t frame);
 
 }

@@ -4,7 +4,8 @@
 //   pipewire_device --monitor NODE CHANNELS FILE FRAMES
 // Prints "ready" when it can be used, and "captured" when FILE holds FRAMES frames ("captured late"
 // where the machine did not keep up and cycles between them are missing), the first of which is the
-// first that was not silent on all channels: one 32-bit float a channel.
+// first that was not silent on all channels: one 32-bit float a channel. Before that it prints
+// "another rate from FRAME" where the graph's rate changed during the capture.
 
 #include <pipewire/filter.h>
 #include <pipewire/pipewire.h>
@@ -16,8 +17,10 @@
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -35,8 +38,10 @@ struct Device {
     std::size_t captured = 0;
     bool started = false;
     std::vector<float> samples;
-    std::uint64_t next = 0; ///< where the graph's next cycle begins
-    bool late = false;      ///< a cycle was missed during the capture
+    std::uint64_t next = 0;                   ///< where the graph's next cycle begins
+    bool late = false;                        ///< a cycle was missed during the capture
+    std::uint32_t rate = 0;                   ///< of the latest cycle
+    std::optional<std::size_t> otherRateFrom; ///< the first frame captured at another rate
 
     std::string monitored;
     std::uint32_t monitoredNode = SPA_ID_INVALID;
@@ -62,6 +67,8 @@ int save(spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
     file.write(reinterpret_cast<const char*>(device.samples.data()),
                static_cast<std::streamsize>(device.samples.size() * sizeof(float)));
     file.close();
+    if (device.otherRateFrom)
+        std::cout << "another rate from " << *device.otherRateFrom << '\n';
     std::cout << (!file ? "lost" : device.late ? "captured late" : "captured") << std::endl;
     return 0;
 }
@@ -86,7 +93,12 @@ void process(void* data, spa_io_position* position) {
     }
     if (device.captured == device.frames)
         return;
-    device.late = device.late || (device.started && position->clock.position != device.next);
+    // A driver that changes its rate begins to count afresh.
+    const bool sameRate = std::exchange(device.rate, position->clock.rate.denom) == device.rate;
+    if (device.started && !sameRate && !device.otherRateFrom)
+        device.otherRateFrom = device.captured;
+    device.late =
+        device.late || (device.started && sameRate && position->clock.position != device.next);
     device.next = position->clock.position + position->clock.duration;
     for (std::uint32_t frame = 0; frame < count && device.captured < device.frames; ++frame) {
         float* const target = &device.samples[device.captured * device.channels()];
