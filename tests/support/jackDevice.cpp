@@ -19,6 +19,7 @@ namespace {
 
 struct Device {
     std::vector<jack_port_t*> ports;
+    std::vector<const float*> inputs; ///< of the cycle, one a port
     std::size_t frames = 0;
     std::size_t captured = 0;
     bool started = false;
@@ -27,11 +28,13 @@ struct Device {
 
     /// Real-time: appends the cycle's frames to the capture, once one is not silent.
     void process(jack_nframes_t count) {
+        for (std::size_t i = 0; i < inputs.size(); ++i)
+            inputs[i] = static_cast<const float*>(jack_port_get_buffer(ports[i], count));
         for (jack_nframes_t frame = 0; frame < count && captured < frames; ++frame) {
-            float* target = &samples[captured * ports.size()];
-            for (std::size_t i = 0; i < ports.size(); ++i)
-                target[i] = static_cast<const float*>(jack_port_get_buffer(ports[i], count))[frame];
-            started = started || std::any_of(target, target + ports.size(),
+            float* target = &samples[captured * inputs.size()];
+            for (const float* input : inputs)
+                *target++ = input[frame];
+            started = started || std::any_of(target - inputs.size(), target,
                                              [](float sample) { return sample != 0; });
             if (started)
                 ++captured;
@@ -63,6 +66,7 @@ int main(int count, char** arguments) {
                                JackPortIsInput | JackPortIsPhysical | JackPortIsTerminal, 0));
     if (count == 5) {
         device.frames = std::stoul(arguments[4]);
+        device.inputs.resize(device.ports.size());
         device.samples.assign(device.frames * device.ports.size(), 0.0F);
     }
     jack_set_process_callback(
