@@ -255,7 +255,7 @@ TEST_F(JackPlugsTest, AServerThatHangsFromItsBeginningHoldsNoListUp) {
     ASSERT_TRUE(away());
     server_->start();
     server_->process().send(SIGSTOP);
-    // Far less than the second that the first list of a program may take.
+    // Far less than the first list of a program may take.
     for (int round = 0; round < 20; ++round) {
         EXPECT_LT(duration([&] { layer_->devices(); }), 500ms);
         std::this_thread::sleep_for(10ms);

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <iostream>
 #include <stdexcept>
 #include <vector>
@@ -98,6 +99,11 @@ bool withoutServers() {
 }
 
 int main() {
-    const bool kept = tallyvox::withServers();
-    return tallyvox::withoutServers() && kept ? 0 : 1;
+    try {
+        const bool kept = tallyvox::withServers();
+        return tallyvox::withoutServers() && kept ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+        return 1;
+    }
 }

@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kListing{40};
 /// For the first list, which a program that lists once has no other chance to get.
-constexpr milliseconds kConnecting{900};
+constexpr milliseconds kConnecting{1500};
 /// Between two attempts to reach a server that is away.
 constexpr milliseconds kPause{100};
 /// A server that says nothing for so long does not answer; until then its last list stands.

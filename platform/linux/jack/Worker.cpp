@@ -99,7 +99,7 @@ bool Worker::run(std::function<void()> job, std::chrono::milliseconds patience,
         return false;
     const auto number = state_->queue(std::move(job));
     while (state_->done < number) {
-        const auto giveUp = std::min(std::max(begin, state_->lastSign()) + patience, begin + limit);
+        const auto giveUp = std::min(state_->lastSign() + patience, begin + limit);
         if (Clock::now() >= giveUp)
             return false;
         state_->changed.wait_until(lock, giveUp);
