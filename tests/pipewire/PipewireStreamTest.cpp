@@ -21,7 +21,7 @@ protected:
     }
 
     /// Plays on the device `name` until the ear that `makeEar` makes has captured `frames` frames,
-    /// and compares them. A capture with gaps is tried again, for a machine may be busy.
+    /// and compares them. A capture with gaps, or none, is tried again, for a machine may be busy.
     template<class MakeEar>
     void playAndCompare(const std::string& name, int channels, std::int64_t frames,
                         MakeEar makeEar) {
@@ -32,7 +32,10 @@ protected:
             const TestSignal signal;
             std::unique_ptr<Stream> stream;
             ASSERT_EQ(layer->open(id, signal.callback(), stream), 0);
-            ASSERT_EQ(stream->start(), 0);
+            const auto status = stream->start();
+            if (status == kAudioHardwareNotRunningError)
+                continue; // the server does not come to it in time
+            ASSERT_EQ(status, 0);
             ASSERT_TRUE(ear.captured());
             late = ear.late() || stream->xruns() > 0;
             stream->stop();
