@@ -4,6 +4,7 @@
 #include "audio/checkFormat.h"
 #include "audio/layer.h"
 #include "base/Error.h"
+#include "engine/AudioFile.h"
 #include "engine/voices.h"
 
 #include <algorithm>
@@ -37,11 +38,15 @@ std::string complaint(const std::vector<float>& voice) {
 }
 
 std::string recordingComplaint(std::int64_t number) {
+    const std::string name = std::to_string(number) + ".wav";
     try {
-        const std::string text = complaint(loadVoice(number, 48000.0));
-        return text.empty() ? text : std::to_string(number) + ".wav " + text + ".";
+        // At its own rate the voice has every sample of the recording, at another one only some.
+        const double rate = AudioFile(voiceRoot() / name).rate();
+        const std::string text = complaint(loadVoice(number, rate));
+        return text.empty() ? text : name + ' ' + text + '.';
     } catch (const Error& error) {
-        return error.what();
+        // The errors of the file service name the file themselves.
+        return error.domain() == "Voice" ? name + ": " + error.what() + '.' : error.what();
     }
 }
 

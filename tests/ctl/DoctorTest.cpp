@@ -7,6 +7,10 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+#include <string>
+#include <vector>
+
 namespace tallyvox {
 namespace {
 
@@ -39,6 +43,25 @@ TEST(Doctor, NamesEveryRecordingThatCannotBeAnnounced) {
     EXPECT_THAT(outcome.out, HasSubstr("9.wav is empty."));
     EXPECT_THAT(outcome.out, HasSubstr("10.wav is silent."));
     EXPECT_THAT(outcome.out, HasSubstr("An announcement cannot be started"));
+}
+
+TEST(Doctor, JudgesARecordingByAllItsSamples) {
+    const Companion companion;
+    // Half the rate and half the samples would miss the loud ones, or the one that is no number.
+    std::vector<float> loudBetween(960, 0.01F);
+    loudBetween[481] = -0.8F;
+    writeWave(companion.voice(3), loudBetween, 96000);
+    const Outcome sound = companion.run({"doctor"});
+    EXPECT_EQ(sound.exitCode, 0) << sound.out;
+    EXPECT_THAT(sound.out, HasSubstr("128 of 128 are sound"));
+
+    std::vector<float> brokenBetween = loudBetween;
+    brokenBetween[701] = std::numeric_limits<float>::quiet_NaN();
+    writeWave(companion.voice(3), brokenBetween, 96000);
+    const Outcome broken = companion.run({"doctor"});
+    EXPECT_EQ(broken.exitCode, 1);
+    EXPECT_THAT(broken.out, HasSubstr("127 of 128 are sound"));
+    EXPECT_THAT(broken.out, HasSubstr("3.wav holds samples that are no numbers."));
 }
 
 TEST(Doctor, SaysWhatToDoWithoutAnOutput) {
