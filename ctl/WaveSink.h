@@ -40,7 +40,8 @@ public:
 /// One file with all channels.
 std::unique_ptr<WaveSink> wholeFile(const std::filesystem::path& file, const WaveShape& shape);
 
-/// One mono file a channel in `folder`, named by the channel's number with leading zeros.
+/// One mono file a channel in `folder`, named by the channel's number with leading zeros; all of
+/// them are open until they are complete.
 std::unique_ptr<WaveSink> splitFiles(const std::filesystem::path& folder, const WaveShape& shape);
 
 }

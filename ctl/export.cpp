@@ -9,6 +9,7 @@
 #include "ctl/Rounds.h"
 #include "ctl/WaveSink.h"
 #include "ctl/console.h"
+#include "ctl/openFiles.h"
 #include "ctl/verbs.h"
 #include "model/range.h"
 
@@ -86,6 +87,8 @@ int exportTo(const Wish& wish) {
     const Interruption interruption;
     const auto voices = renderer(wish);
     const std::int64_t frames = length(wish, *voices);
+    if (wish.split)
+        allowOpenFiles(wish.channels);
     Pending pending = wish.split ? Pending::folder(wish.target) : Pending::file(wish.target);
     const WaveShape shape{wish.channels, static_cast<double>(wish.rate), formats().at(wish.format)};
     try {

@@ -144,6 +144,32 @@ TEST(Export, SplitWritesAMonoFileAChannel) {
     }
 }
 
+/// `command` within `limits`, as the shell's ulimit takes them.
+Command limited(Command command, const std::string& limits) {
+    command.line =
+        std::vector<std::string>{"sh", "-c", "ulimit " + limits + "; exec \"$@\"", "sh"} +
+        command.line;
+    return command;
+}
+
+TEST(Export, SplitOpensAsManyFilesAsThereAreChannels) {
+    const Companion companion;
+    const auto target = companion.file("parts");
+    const Command command = companion.command(
+        {"export", target, "--split", "--channels", "100", "--rate", "8000", "--seconds", "0.1"});
+    const Outcome refused = run(limited(command, "-n 64"));
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.err,
+              "tallyvoxctl: 100 files have to be open at once, and the system does not allow as "
+              "many; 'ulimit -Hn' tells its limit.\n");
+    EXPECT_THAT(refused.out, IsEmpty());
+    EXPECT_TRUE(std::filesystem::is_empty(companion.folder()));
+
+    const Outcome written = run(limited(command, "-S -n 64"));
+    EXPECT_EQ(written.exitCode, 0) << written.err;
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(target), {}), 100);
+}
+
 TEST(Export, SoxAndFfprobeSeeTheSame) {
     const Companion companion;
     const auto file = companion.file("x.wav");
@@ -201,13 +227,11 @@ TEST(Export, ADiskThatFillsUpIsAClearErrorAndLeavesNothing) {
     const Companion companion;
     Command command = companion.command({"export", companion.file("x.wav"), "--channels", "64",
                                          "--rate", "48000", "--seconds", "60"});
-    command.line =
-        std::vector<std::string>{"sh", "-c", "ulimit -f 200; exec \"$@\"", "sh"} + command.line;
-    const Outcome limited = run(command);
-    EXPECT_EQ(limited.exitCode, 1);
-    EXPECT_EQ(limited.err, "tallyvoxctl: Cannot write \"" + companion.file("x.wav").string() +
-                               "\": File too large.\n");
-    EXPECT_THAT(limited.out, IsEmpty());
+    const Outcome large = run(limited(command, "-f 200"));
+    EXPECT_EQ(large.exitCode, 1);
+    EXPECT_EQ(large.err, "tallyvoxctl: Cannot write \"" + companion.file("x.wav").string() +
+                             "\": File too large.\n");
+    EXPECT_THAT(large.out, IsEmpty());
     EXPECT_TRUE(std::filesystem::is_empty(companion.folder()));
 
     const std::string mount = "mount -t tmpfs -o size=1m tmpfs \"$0\" && ";
