@@ -55,6 +55,7 @@ protected:
         std::sort(sorted.begin(), sorted.end(),
                   [](const auto& a, const auto& b) { return a.second > b.second; });
         std::vector<QColor> found;
+        found.reserve(sorted.size());
         for (const auto& [colour, count] : sorted)
             found.emplace_back(colour);
         return found;
