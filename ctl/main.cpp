@@ -91,6 +91,7 @@ int run(int argc, char** argv) {
 }
 
 int main(int argc, char** argv) {
+    occupyStandardStreams();
     // A reader that has gone and a limit of file size are errors like others, not ends in
     // mid-sound.
     for (const int signal : {SIGPIPE, SIGXFSZ})

@@ -177,6 +177,21 @@ TEST(Play, WithoutAReaderStillStopsInOrder) {
     expectRecorded(companion, {8, 48000, -24, 0.7, false, 1, 8});
 }
 
+TEST(Play, WithClosedStreamsStillPlaysAndStopsInOrder) {
+    const Companion companion;
+    for (const std::string closed : {">&-", "<&- >&- 2>&-"}) {
+        Command command = companion.command({"play", "--seconds", "0.5"});
+        const std::vector<std::string> shell{"sh", "-c", "exec \"$@\" " + closed, "sh"};
+        command.line.insert(command.line.begin(), shell.begin(), shell.end());
+        const Outcome outcome = run(command);
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_EQ(outcome.err, closed == ">&-" ? "tallyvoxctl: Cannot write to standard output: "
+                                                 "Bad file descriptor.\n"
+                                               : "");
+        expectRecorded(companion, {8, 48000, -24, 0.7, false, 1, 8});
+    }
+}
+
 TEST(Play, OnATerminalTellsWhatIsHeard) {
     const Companion companion;
     Command command =
