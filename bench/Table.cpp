@@ -37,9 +37,9 @@ void Table::ReportRuns(const std::vector<Run>& runs) {
         const auto colon = name.find(':');
         const std::string place = name.substr(0, colon);
         const std::string form = name.substr(colon + 1);
-        if (lines_.find(place) == lines_.end())
+        if (figures_.find(place) == figures_.end())
             order_.push_back(place);
-        Line& line = lines_[place];
+        Figures& line = figures_[place];
         (form == "product"   ? line.product
          : form == "literal" ? line.literal
                              : line.limit) = run.GetAdjustedCPUTime();
@@ -49,10 +49,11 @@ void Table::ReportRuns(const std::vector<Run>& runs) {
 }
 
 void Table::Finalize() {
-    std::printf("| case | product | limit | product ÷ limit | literal | literal ÷ product | "
-                "of the buffer's time |\n|---|--:|--:|--:|--:|--:|--:|\n");
+    std::printf(
+        "## Cases\n\n| case | product | limit | product ÷ limit | literal | literal ÷ product | "
+        "of the buffer's time |\n|---|--:|--:|--:|--:|--:|--:|\n");
     for (const std::string& place : order_) {
-        const Line& line = lines_[place];
+        const Figures& line = figures_[place];
         std::string share;
         if (line.budget > 0)
             share = ratio(100 * line.product, line.budget) + " %";
@@ -61,6 +62,7 @@ void Table::Finalize() {
                     ratio(line.product, line.limit).c_str(), time(line.literal).c_str(),
                     ratio(line.literal, line.product).c_str(), share.c_str());
     }
+    printGoals(figures_);
 }
 
 }

@@ -8,8 +8,19 @@
 
 namespace tallyvox {
 
+/// What was measured of one case: CPU nanoseconds a call, 0 where there is no such figure.
+struct Figures {
+    double product = 0;
+    double literal = 0;
+    double limit = 0;
+    double budget = 0; ///< that a call has at most
+};
+
+using AllFigures = std::map<std::string, Figures>;
+
 /// Collects the medians of what was measured under names of the form "CASE:FORM", and prints a line
-/// a case that sets the product beside its literal reference and beside its limit.
+/// a case that sets the product beside its literal reference and beside its limit, and then how far
+/// the goals are reached.
 class Table : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context& context) override;
@@ -17,15 +28,11 @@ public:
     void Finalize() override;
 
 private:
-    struct Line {
-        double product = 0; ///< CPU nanoseconds a call, 0 where not measured
-        double literal = 0;
-        double limit = 0;
-        double budget = 0; ///< nanoseconds that a call has at most
-    };
-
     std::vector<std::string> order_;
-    std::map<std::string, Line> lines_;
+    AllFigures figures_;
 };
+
+/// Prints each goal beside what was measured of it.
+void printGoals(const AllFigures& figures);
 
 }

@@ -8,7 +8,7 @@
 int main(int argc, char** argv) {
     std::vector<char*> words(argv, argv + argc);
     char interleaving[] = "--benchmark_enable_random_interleaving=true";
-    char repetitions[] = "--benchmark_repetitions=9";
+    char repetitions[] = "--benchmark_repetitions=7";
     char shortly[] = "--benchmark_min_time=0.02";
     words.insert(words.begin() + 1, {interleaving, repetitions, shortly});
     int count = static_cast<int>(words.size());

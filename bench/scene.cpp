@@ -1,6 +1,24 @@
 #include "bench/scene.h"
 
+#include <map>
+#include <utility>
+
 namespace tallyvox {
+namespace {
+
+template<typename AnyRenderer>
+std::shared_ptr<AnyRenderer> rendererOf(std::int64_t channels, bool sequential) {
+    static std::map<std::pair<std::int64_t, bool>, std::shared_ptr<AnyRenderer>> made;
+    auto& renderer = made[{channels, sequential}];
+    if (!renderer) {
+        const std::vector<bool> enabled(static_cast<std::size_t>(channels), true);
+        renderer = std::make_shared<AnyRenderer>(Scene::voices(channels), enabled, 0.5F,
+                                                 Scene::gapFrames, sequential);
+    }
+    return renderer;
+}
+
+}
 
 std::vector<std::vector<float>> Scene::voices(std::int64_t channels) {
     std::uint32_t noise = 1;
@@ -16,17 +34,18 @@ std::vector<std::vector<float>> Scene::voices(std::int64_t channels) {
 }
 
 std::shared_ptr<Renderer> Scene::renderer(std::int64_t channels, bool sequential) {
-    const std::vector<bool> enabled(static_cast<std::size_t>(channels), true);
-    return std::make_shared<Renderer>(voices(channels), enabled, 0.5F, gapFrames, sequential);
+    return rendererOf<Renderer>(channels, sequential);
 }
 
 std::shared_ptr<LiteralRenderer> Scene::literal(std::int64_t channels, bool sequential) {
-    const std::vector<bool> enabled(static_cast<std::size_t>(channels), true);
-    return std::make_shared<LiteralRenderer>(voices(channels), enabled, 0.5F, gapFrames,
-                                             sequential);
+    return rendererOf<LiteralRenderer>(channels, sequential);
 }
 
 std::shared_ptr<VoiceStore> Scene::interleaved(std::int64_t channels) {
+    static std::map<std::int64_t, std::shared_ptr<VoiceStore>> made;
+    auto& store = made[channels];
+    if (store)
+        return store;
     const auto separate = voices(channels);
     std::vector<float> together;
     together.reserve(separate.size() * voiceFrames);
@@ -35,7 +54,8 @@ std::shared_ptr<VoiceStore> Scene::interleaved(std::int64_t channels) {
             together.push_back(voice[f]);
     std::vector<std::vector<float>> one;
     one.push_back(std::move(together));
-    return std::make_shared<VoiceStore>(VoiceStore::of(std::move(one)));
+    store = std::make_shared<VoiceStore>(VoiceStore::of(std::move(one)));
+    return store;
 }
 
 SceneBuffers::SceneBuffers(std::int64_t channels, bool split, std::int64_t frames)

@@ -18,6 +18,8 @@ struct Scene {
     static constexpr std::int64_t gapFrames = 72'000;
 
     static std::vector<std::vector<float>> voices(std::int64_t channels);
+    /// One a number of channels and mode, shared by all that ask; whoever calls it sets its
+    /// position.
     static std::shared_ptr<Renderer> renderer(std::int64_t channels, bool sequential);
     static std::shared_ptr<LiteralRenderer> literal(std::int64_t channels, bool sequential);
 

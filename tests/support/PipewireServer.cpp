@@ -11,7 +11,7 @@
 namespace tallyvox {
 namespace {
 
-constexpr const char* kServer = R"(
+constexpr const char* kServerBegins = R"(
 context.properties = {
     support.dbus = false
     core.daemon = true
@@ -19,10 +19,9 @@ context.properties = {
     link.max-buffers = 16
     mem.allow-mlock = false
     default.clock.rate = 48000
-    default.clock.quantum = 4096
-    default.clock.min-quantum = 4096
-    default.clock.max-quantum = 8192
-}
+)";
+
+constexpr const char* kServerGoesOn = R"(}
 context.spa-libs = {
     audio.convert.* = audioconvert/libspa-audioconvert
     support.* = support/libspa-support
@@ -80,12 +79,15 @@ bool PipewireServer::available() {
     return run({.line = {"sh", "-c", "command -v pipewire pw-cli pw-metadata"}}).exitCode == 0;
 }
 
-PipewireServer::PipewireServer(std::vector<Sink> sinks) : sinks_(std::move(sinks)) {
+PipewireServer::PipewireServer(std::vector<Sink> sinks, int quantum) : sinks_(std::move(sinks)) {
     setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
     setenv("PIPEWIRE_RUNTIME_DIR", folder_.path().c_str(), 1);
     unsetenv("PIPEWIRE_REMOTE");
     std::ofstream file(folder_.path() / "server.conf");
-    file << kServer;
+    file << kServerBegins << "    default.clock.quantum = " << quantum
+         << "\n    default.clock.min-quantum = " << quantum
+         << "\n    default.clock.max-quantum = " << 2 * quantum << '\n'
+         << kServerGoesOn;
     for (const Sink& sink : sinks_)
         file << "    { factory = adapter args = " << arguments(sink) << " }\n";
     file << "]\n";

@@ -13,8 +13,9 @@
 
 namespace tallyvox {
 
-/// A PipeWire server without hardware, in a runtime folder of its own, paced in real time by large
-/// cycles. While it lives this process and the programs that it starts use it and no other.
+/// A PipeWire server without hardware, in a runtime folder of its own, paced in real time, by large
+/// cycles if not told otherwise. While it lives this process and the programs that it starts use it
+/// and no other.
 class PipewireServer {
 public:
     /// A device of the server itself, of at most 64 channels.
@@ -27,7 +28,8 @@ public:
     /// Whether the machine has the programs.
     static bool available();
 
-    explicit PipewireServer(std::vector<Sink> sinks = {});
+    /// `quantum` is the frames of a cycle at 48 kHz.
+    explicit PipewireServer(std::vector<Sink> sinks = {}, int quantum = 4096);
     PipewireServer(const PipewireServer&) = delete;
     PipewireServer& operator=(const PipewireServer&) = delete;
     /// Kills the server where it still runs.
