@@ -48,7 +48,6 @@ Desktop::Desktop() {
     set_["DISPLAY"] = ":" + display;
     set_["DBUS_SESSION_BUS_ADDRESS"] =
         firstLine(serve({"dbus-daemon", "--session", "--nofork", "--print-address=1"}));
-    set_["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1";
     set_["QT_QPA_PLATFORM"] = "xcb";
     serve({accessibility, "--launch-immediately"});
     Process& manager = serve({"openbox", "--sm-disable"});

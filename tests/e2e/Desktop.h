@@ -9,7 +9,8 @@
 namespace tallyvox {
 
 /// A virtual display with a window manager, a message bus and the accessibility service, all of
-/// them private. The runtime folder is the test's.
+/// them private. The runtime folder is the test's. Nothing on the bus says that assistive
+/// technology listens, as before a screen reader starts.
 class Desktop {
 public:
     /// Whether the machine has the programs.
