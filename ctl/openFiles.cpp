@@ -11,6 +11,9 @@
 namespace tallyvox {
 namespace {
 
+/// What libraries may open for a moment meanwhile.
+constexpr std::int64_t spare = 16;
+
 /// One more than the largest descriptor when `files` more are taken, always the lowest free one.
 rlim_t descriptorsWith(std::int64_t files) {
     int descriptor = 0;
@@ -24,7 +27,7 @@ rlim_t descriptorsWith(std::int64_t files) {
 
 void allowOpenFiles(std::int64_t files) {
     rlimit limit{};
-    const rlim_t needed = descriptorsWith(files);
+    const rlim_t needed = descriptorsWith(files + spare);
     if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur >= needed)
         return;
     const bool allowed = limit.rlim_max >= needed;
