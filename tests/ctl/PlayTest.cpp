@@ -75,7 +75,7 @@ TEST(Play, EndsAfterTheLastRound) {
         companion.run({"play", "--rounds", "2", "--last", "2", "--sequential", "--gap", "0.2"});
     EXPECT_EQ(outcome.exitCode, 0);
     const Announced announced{8, 48000, -24, 0.2, true, 1, 2};
-    EXPECT_GE(std::ssize(readWave(companion.record()).interleaved), 8 * 4 * announced.cycle());
+    EXPECT_GE(std::ssize(readWave(companion.record()).interleaved), announced.cycle() * 4 * 8);
     expectRecorded(companion, announced);
 }
 
@@ -91,7 +91,7 @@ TEST(Play, EveryRoundIsHeardThoughTheOutputFellBehind) {
     const Outcome outcome = process.end();
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
     const Announced announced{8, 48000, -24, 0.2, true, 1, 2};
-    EXPECT_GE(std::ssize(readWave(companion.record()).interleaved), 8 * 6 * announced.cycle());
+    EXPECT_GE(std::ssize(readWave(companion.record()).interleaved), announced.cycle() * 6 * 8);
     expectRecorded(companion, announced);
 }
 
