@@ -2,8 +2,10 @@
 
 #include "base/checked.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 namespace tallyvox {
@@ -14,6 +16,19 @@ namespace {
 /// whether this process is done with the last one or not.
 std::uint64_t beginning(const spa_io_clock& clock) noexcept {
     return static_cast<const volatile std::uint64_t&>(clock.position);
+}
+
+/// Real-time: memory for the next `bytes` of a port's samples; null where nothing is connected to
+/// it, or where the graph asks for more than its buffer holds.
+void* takeBuffer(void* port, std::uint32_t bytes) noexcept {
+    pw_buffer* const taken = pw_filter_dequeue_buffer(port);
+    if (taken == nullptr)
+        return nullptr;
+    const spa_data& data = taken->buffer->datas[0];
+    const bool fits = bytes <= data.maxsize;
+    *data.chunk = {.offset = 0, .size = fits ? bytes : 0, .stride = sizeof(float), .flags = 0};
+    pw_filter_queue_buffer(port, taken);
+    return fits ? data.data : nullptr;
 }
 
 }
@@ -35,7 +50,7 @@ void IoCycle::run(const spa_io_position& position) noexcept {
         xruns_.fetch_add(1, std::memory_order_relaxed);
     clock_ = position.clock.id;
     next_ = begin + frames;
-    const bool connected = takeBuffers(checkedCast<std::uint32_t>(frames));
+    const bool connected = takeBuffers(frames);
     const bool exact = rate == expectedRate_ && position.clock.rate.num == 1;
     if (armed && exact) {
         callback_(list_.get());
@@ -60,13 +75,16 @@ void IoCycle::reset() noexcept {
     clock_ = SPA_ID_INVALID;
 }
 
-/// Real-time: answers whether every port has a buffer; one that nothing is connected to has none.
-bool IoCycle::takeBuffers(std::uint32_t frames) noexcept {
+/// Real-time: answers whether every port has a buffer. A length that 32 bits cannot tell is more
+/// than any buffer holds.
+bool IoCycle::takeBuffers(std::uint64_t frames) noexcept {
+    constexpr std::uint64_t most = std::numeric_limits<std::uint32_t>::max() / sizeof(float);
+    const auto bytes = static_cast<std::uint32_t>(std::min(frames, most) * sizeof(float));
     const auto buffers = list_.buffers();
     bool all = true;
     for (std::size_t channel = 0; channel < ports_.size(); ++channel) {
-        buffers[channel].mData = pw_filter_get_dsp_buffer(ports_[channel], frames);
-        buffers[channel].mDataByteSize = frames * std::uint32_t{sizeof(float)};
+        buffers[channel].mData = takeBuffer(ports_[channel], bytes);
+        buffers[channel].mDataByteSize = bytes;
         all = all && buffers[channel].mData != nullptr;
     }
     return all;

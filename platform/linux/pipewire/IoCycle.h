@@ -46,7 +46,7 @@ public:
     std::shared_ptr<const std::atomic<std::uint32_t>> graphRate() const noexcept { return rate_; }
 
 private:
-    bool takeBuffers(std::uint32_t frames) noexcept;
+    bool takeBuffers(std::uint64_t frames) noexcept;
 
     std::uint32_t expectedRate_;
     Hardware::IOCallback callback_;
