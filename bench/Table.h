@@ -2,6 +2,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
+#include <limits>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,7 +15,8 @@ struct Figures {
     double product = 0;
     double literal = 0;
     double limit = 0;
-    double budget = 0; ///< that a call has at most
+    double budget = 0;                                              ///< that a call has at most
+    std::int64_t family = std::numeric_limits<std::int64_t>::max(); ///< the place among the cases
 };
 
 using AllFigures = std::map<std::string, Figures>;
