@@ -11,9 +11,10 @@
 namespace tallyvox {
 namespace {
 
-/// A block of a file stays in the processor's cache between rendering and writing.
+/// A block of a file stays in the nearest cache between rendering and writing. Larger writes would
+/// only make the system look for larger pieces of memory.
 std::int64_t wholeFrames(std::int64_t channels) {
-    return std::clamp<std::int64_t>(131072 / channels, 16, 4096);
+    return std::clamp<std::int64_t>(4096 / channels, 16, 4096);
 }
 
 /// A block of split files makes each of their writes worth its call.
