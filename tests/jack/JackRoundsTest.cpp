@@ -27,8 +27,8 @@ TEST(JackRoundsTest, StartingAndStoppingLeavesNothingBehind) {
     const auto layer = makeJackLayer(JackServers::own);
     const auto id = await(*layer, "system").id;
     const auto before = labels();
-    expectLevelRounds(rounds(5), [&](Hardware::IOCallback callback, auto& stream) {
-        return layer->open(id, std::move(callback), stream);
+    expectLevelRounds(rounds(5), [&](const Hardware::IOCallback& callback, auto& stream) {
+        return layer->open(id, callback, stream);
     });
     EXPECT_EQ(count("tallyvox:", {"jack_lsp"}), 0);
     EXPECT_TRUE(eventually([&] { return labels() <= before; }));

@@ -14,8 +14,8 @@ TEST(PipewireRoundsTest, StartingAndStoppingLeavesNothingBehind) {
     const PipewireServer server({{"Device", 64, 48000}});
     const auto layer = makePipewireLayer();
     const auto id = await(*layer, "Device", 64).id;
-    expectLevelRounds(rounds(8), [&](Hardware::IOCallback callback, auto& stream) {
-        return layer->open(id, std::move(callback), stream);
+    expectLevelRounds(rounds(8), [&](const Hardware::IOCallback& callback, auto& stream) {
+        return layer->open(id, callback, stream);
     });
     ASSERT_TRUE(eventually([&] { return layer->devices()->size() == 1; }));
 }
