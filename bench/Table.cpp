@@ -11,7 +11,7 @@ std::string ratio(double a, double b) {
     if (a == 0 || b == 0)
         return "";
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), a / b < 10 ? "%.2f" : "%.0f", a / b);
+    static_cast<void>(std::snprintf(text.data(), text.size(), a / b < 10 ? "%.2f" : "%.0f", a / b));
     return text.data();
 }
 
@@ -20,9 +20,9 @@ std::string time(double nanoseconds) {
         return "";
     std::array<char, 32> text{};
     if (nanoseconds < 1e6)
-        std::snprintf(text.data(), text.size(), "%.0f ns", nanoseconds);
+        static_cast<void>(std::snprintf(text.data(), text.size(), "%.0f ns", nanoseconds));
     else
-        std::snprintf(text.data(), text.size(), "%.2f ms", nanoseconds / 1e6);
+        static_cast<void>(std::snprintf(text.data(), text.size(), "%.2f ms", nanoseconds / 1e6));
     return text.data();
 }
 

@@ -21,7 +21,7 @@ std::filesystem::path recording(std::int64_t number) {
 }
 
 void readBytes(const std::filesystem::path& path) {
-    std::array<char, 65536> bytes;
+    std::array<char, 65536> bytes{};
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     while (read(file, bytes.data(), bytes.size()) > 0)
         benchmark::DoNotOptimize(bytes);

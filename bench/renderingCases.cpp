@@ -45,7 +45,8 @@ void measure(const std::string& place, const std::string& form, Stretch stretch,
 }
 
 template<typename AnyRenderer>
-Call rendering(std::shared_ptr<AnyRenderer> renderer, std::shared_ptr<SceneBuffers> buffers) {
+Call rendering(const std::shared_ptr<AnyRenderer>& renderer,
+               const std::shared_ptr<SceneBuffers>& buffers) {
     return [renderer, buffers](std::int64_t position) {
         renderer->setPosition(position);
         renderer->render(buffers->list());
@@ -62,7 +63,7 @@ void registerShape(std::int64_t channels, bool split, std::int64_t frames) {
     const std::string shape = std::to_string(channels) + (split ? " split" : " interleaved");
     const auto buffers = [=] { return std::make_shared<SceneBuffers>(channels, split, frames); };
     const auto both = [=](const std::string& what, bool sequential, Stretch stretch) {
-        const std::string place = shape + ", " + what + ", " + std::to_string(frames);
+        std::string place = shape + ", " + what + ", " + std::to_string(frames);
         measure(place, "product", stretch, frames,
                 [=] { return rendering(Scene::renderer(channels, sequential), buffers()); });
         measure(place, "literal", stretch, frames,
