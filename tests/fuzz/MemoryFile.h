@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -17,14 +19,14 @@ public:
     ~MemoryFile();
 
     /// The temporary folder.
-    const std::filesystem::path& folder() const { return folder_; }
+    const std::filesystem::path& folder() const { return folder_.path(); }
 
     /// Makes `bytes` all that the file holds.
     void write(std::span<const std::uint8_t> bytes);
 
 private:
     int descriptor_;
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 }

@@ -1,10 +1,8 @@
 #include "tests/support/VoicesFolder.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 namespace tallyvox {
 namespace {
@@ -41,20 +39,12 @@ void writeWav(const std::filesystem::path& path, const std::vector<float>& sampl
 }
 
 VoicesFolder::VoicesFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tallyvox-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::system_error(errno, std::generic_category(), name);
-    folder_ = name;
-    std::filesystem::create_directory(folder_ / "Voices");
+    std::filesystem::create_directory(folder_.path() / "Voices");
     fillUpTo(16);
-    living = folder_;
+    living = folder_.path();
 }
 
-VoicesFolder::~VoicesFolder() {
-    living.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-}
+VoicesFolder::~VoicesFolder() { living.reset(); }
 
 std::optional<std::filesystem::path> VoicesFolder::current() { return living; }
 
@@ -83,7 +73,7 @@ void VoicesFolder::fillUpTo(std::int64_t number) {
 void VoicesFolder::clear(std::int64_t number) const { writeWav(file(number), {}); }
 
 std::filesystem::path VoicesFolder::file(std::int64_t number) const {
-    return folder_ / "Voices" / (std::to_string(number) + ".wav");
+    return folder_.path() / "Voices" / (std::to_string(number) + ".wav");
 }
 
 }

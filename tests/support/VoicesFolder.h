@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -33,7 +35,7 @@ public:
     void remove(std::int64_t number) const { std::filesystem::remove(file(number)); }
 
 private:
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
     std::int64_t written_ = 0;
 };
 
