@@ -15,7 +15,11 @@ using namespace std::chrono_literals;
 constexpr auto kPatience = 1200ms;
 
 /// Silent cycles before the first sound.
-constexpr std::int64_t kSettlingCycles = 3;
+constexpr std::int64_t kSettlingCycles = 1;
+
+/// The same where the graph had to be rebuilt for the stream, to take on its rate: listeners beside
+/// it are linked anew then, and come back one after the other.
+constexpr std::int64_t kRebuiltCycles = 3;
 
 /// Releases what it was given at the end of a scope.
 struct Properties {
@@ -55,7 +59,11 @@ struct PipewireStream::Events {
 
     static void linkInfo(void* data, const pw_link_info* info) {
         auto& link = *static_cast<Link*>(data);
-        link.active = info->state == PW_LINK_STATE_ACTIVE;
+        if ((info->change_mask & PW_LINK_CHANGE_MASK_STATE) != 0) {
+            // A link that does not get a step further is being made once more.
+            link.stream->rebuilt_ = link.stream->rebuilt_ || info->state <= link.state;
+            link.state = info->state;
+        }
         ++link.stream->progress_;
         link.stream->changed_ = link.stream->cycle_.steady();
         if (info->state == PW_LINK_STATE_ERROR)
@@ -93,6 +101,7 @@ void PipewireStream::stop() {
 std::int32_t PipewireStream::play() {
     failed_ = false;
     changed_ = 0;
+    rebuilt_ = false;
     const auto devices = connection_->devices();
     if (!devices)
         return kAudioHardwareNotRunningError;
@@ -185,12 +194,13 @@ bool PipewireStream::makeLinks(const Graph::Device& target,
     return true;
 }
 
-/// The graph may be rebuilt once more while it takes on the stream's rate: only when it has run
-/// for some cycles since the last link became active does sound reach all channels at once.
+/// Only when the graph has run through all links since the last of them became active does sound
+/// reach all channels at once.
 bool PipewireStream::settled() {
     changed_ = std::min(changed_, cycle_.steady());
-    return std::ranges::all_of(links_, &Link::active) &&
-           cycle_.steady() >= changed_ + kSettlingCycles;
+    return std::ranges::all_of(
+               links_, [](const Link& link) { return link.state == PW_LINK_STATE_ACTIVE; }) &&
+           cycle_.steady() >= changed_ + (rebuilt_ ? kRebuiltCycles : kSettlingCycles);
 }
 
 void PipewireStream::release() {

@@ -37,7 +37,7 @@ private:
         pw_proxy* proxy = nullptr;
         spa_hook proxyHook{};
         spa_hook linkHook{};
-        bool active = false;
+        pw_link_state state = PW_LINK_STATE_UNLINKED;
     };
 
     std::int32_t play();
@@ -55,6 +55,7 @@ private:
     std::vector<Link> links_;
     bool failed_ = false;
     std::int64_t progress_ = 0; ///< steps that the server has taken
+    bool rebuilt_ = false;      ///< since the links were made
     std::int64_t changed_ = 0;  ///< how many cycles were steady when a link last changed
 };
 
