@@ -11,21 +11,30 @@
 namespace tallyvox {
 namespace {
 
-/// A block of a file stays in the nearest cache between rendering and writing. Larger writes would
-/// only make the system look for larger pieces of memory.
+/// Frames stay in the nearest cache between rendering and writing.
 std::int64_t wholeFrames(std::int64_t channels) {
     return std::clamp<std::int64_t>(4096 / channels, 16, 4096);
 }
 
-/// A block of split files makes each of their writes worth its call.
+/// Frames of split files make each of their writes worth its call.
 std::int64_t splitFrames(std::int64_t channels) {
     return std::clamp<std::int64_t>(4194304 / channels, 256, 16384);
+}
+
+/// Bytes that each of `files` writes at once past the file cache: an export is used once, and would
+/// push out of the cache what is used again. Below the smallest block the cache gathers better.
+std::size_t blockBytes(std::int64_t files) {
+    constexpr std::size_t smallest = std::size_t{64} << 10U;
+    constexpr std::size_t largest = std::size_t{1} << 20U;
+    constexpr std::size_t together = std::size_t{32} << 20U;
+    const std::size_t share = together / static_cast<std::size_t>(files);
+    return std::min(largest, share / smallest * smallest);
 }
 
 class WholeFile : public WaveSink {
 public:
     WholeFile(const std::filesystem::path& file, const WaveShape& shape)
-        : writer_(file, shape.channels, shape.rate, shape.format),
+        : writer_(file, shape.channels, shape.rate, shape.format, blockBytes(1)),
           channels_(shape.channels),
           samples_(static_cast<std::size_t>(wholeFrames(channels_) * channels_)),
           list_({checkedCast<std::uint32_t>(channels_)}) {}
@@ -64,7 +73,7 @@ public:
             const std::string number = std::to_string(channel);
             writers_.push_back(std::make_unique<WaveWriter>(
                 folder / (std::string(width - number.size(), '0') + number + ".wav"), 1, shape.rate,
-                shape.format));
+                shape.format, blockBytes(shape.channels)));
         }
     }
 

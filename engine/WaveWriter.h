@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -15,9 +16,11 @@ enum class SampleFormat { float32, pcm24, pcm16 };
 class WaveWriter {
 public:
     /// Creates or empties `path` for 1 to 16383 channels at `rate` Hz, rounded to whole Hz in the
-    /// file. Throws an `Error` of domain "POSIX" that names the file and the reason.
+    /// file. What is written goes through the file cache at once, or, with a `block` of a multiple
+    /// of 4096 bytes, past it in such blocks where the file system can do that; the last one comes
+    /// with the close. Throws an `Error` of domain "POSIX" that names the file and the reason.
     WaveWriter(const std::filesystem::path& path, std::int64_t channels, double rate,
-               SampleFormat format = SampleFormat::float32);
+               SampleFormat format = SampleFormat::float32, std::size_t block = 0);
     WaveWriter(const WaveWriter&) = delete;
     WaveWriter& operator=(const WaveWriter&) = delete;
     /// Closes the file if that has not been done, and keeps silent about a failure.

@@ -2,15 +2,14 @@
 
 #include "base/Error.h"
 #include "base/checked.h"
+#include "platform/common/OutputFile.h"
 #include "platform/common/waveHeader.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
-#include <cerrno>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 namespace tallyvox {
@@ -31,22 +30,20 @@ std::uint32_t quantised(float sample, double scale) noexcept {
         static_cast<std::int32_t>(std::fmin(std::fmax(value, -scale), scale - 1.0)));
 }
 
-std::uint32_t bits(float sample) noexcept {
-    std::uint32_t pattern = 0;
-    std::memcpy(&pattern, &sample, sizeof pattern);
-    return pattern;
-}
-
-std::uint32_t encoded(float sample, SampleFormat format) noexcept {
+std::uint32_t pattern(float sample, SampleFormat format) noexcept {
     switch (format) {
     case SampleFormat::float32:
-        return bits(sample);
+        return std::bit_cast<std::uint32_t>(sample);
     case SampleFormat::pcm24:
         return quantised(sample, 0x1p23);
     case SampleFormat::pcm16:
         return quantised(sample, 0x1p15);
     }
     fatal();
+}
+
+std::span<const std::uint8_t> bytesOf(std::span<const float> samples) noexcept {
+    return {reinterpret_cast<const std::uint8_t*>(samples.data()), samples.size_bytes()};
 }
 
 }
@@ -56,60 +53,56 @@ struct WaveWriter::State {
     std::int64_t channels;
     double rate;
     SampleFormat format;
-    std::FILE* file = nullptr;
-    std::int64_t frames = 0;
-    std::vector<std::uint8_t> bytes;
+    OutputFile file{};
+    std::vector<std::uint8_t> encoded{};
 
-    [[noreturn]] void fail(int reason) const {
-        throw Error("POSIX", reason,
-                    "Cannot write \"" + path.string() +
-                        "\": " + std::generic_category().message(reason) + ".");
+    std::vector<std::uint8_t> header(std::int64_t frames) const {
+        return waveHeader(channels, rate, format, frames);
     }
 
-    bool put(std::span<const std::uint8_t> data) const noexcept {
-        return std::fwrite(data.data(), 1, data.size(), file) == data.size();
+    /// Throws unless `failure` is none.
+    void check(int failure) const {
+        if (failure != 0)
+            throw Error("POSIX", failure,
+                        "Cannot write \"" + path.string() +
+                            "\": " + std::generic_category().message(failure) + ".");
     }
 
-    bool putFloats(std::span<const float> samples) const noexcept {
-        return std::fwrite(samples.data(), sizeof(float), samples.size(), file) == samples.size();
-    }
-
-    bool putEncoded(std::span<const float> samples) {
+    std::span<const std::uint8_t> encode(std::span<const float> samples) {
         const std::int64_t width = bytesPerSample(format);
-        bytes.resize(samples.size() * static_cast<std::size_t>(width));
-        std::uint8_t* to = bytes.data();
+        encoded.resize(samples.size() * static_cast<std::size_t>(width));
+        std::uint8_t* to = encoded.data();
         for (const float sample : samples) {
-            store(to, encoded(sample, format), width);
+            store(to, pattern(sample, format), width);
             to += width;
         }
-        return put(bytes);
+        return encoded;
     }
 
-    /// Writes the header for `frames` and the byte that ends an odd number of them.
-    bool finish() const noexcept {
-        const std::int64_t dataBytes = frames * channels * bytesPerSample(format);
-        const auto header = waveHeader(channels, rate, format, frames);
-        if (dataBytes % 2 != 0 && (fseeko(file, std::ssize(header) + dataBytes, SEEK_SET) != 0 ||
-                                   std::fputc(0, file) == EOF))
-            return false;
-        return fseeko(file, 0, SEEK_SET) == 0 && put(header);
+    /// Writes the final header and the byte that ends an odd number of them.
+    int finish() {
+        const int flushed = file.flush();
+        const std::int64_t frameBytes = channels * bytesPerSample(format);
+        const std::int64_t before = std::ssize(header(0));
+        const std::int64_t frames = std::max<std::int64_t>(file.written() - before, 0) / frameBytes;
+        const std::int64_t dataBytes = frames * frameBytes;
+        constexpr std::array<std::uint8_t, 1> padding{};
+        const int padded = dataBytes % 2 == 0 ? 0 : file.overwrite(before + dataBytes, padding);
+        const int headed = file.overwrite(0, header(frames));
+        const int closed = file.close();
+        for (const int failure : {flushed, padded, headed, closed})
+            if (failure != 0)
+                return failure;
+        return 0;
     }
 };
 
 WaveWriter::WaveWriter(const std::filesystem::path& path, std::int64_t channels, double rate,
-                       SampleFormat format)
-    : state_(new State{path, channels, rate, format, nullptr, 0, {}}) {
-    const auto header = waveHeader(channels, rate, format, 0);
-    state_->file = std::fopen(path.c_str(), "wb");
-    if (state_->file == nullptr)
-        state_->fail(errno);
-    // A full disk is noticed by the write that it stops, not by a later one.
-    static_cast<void>(std::setvbuf(state_->file, nullptr, _IONBF, 0));
-    if (!state_->put(header)) {
-        const int reason = errno;
-        static_cast<void>(std::fclose(state_->file));
-        state_->fail(reason);
-    }
+                       SampleFormat format, std::size_t block)
+    : state_(new State{path, channels, rate, format}) {
+    const auto header = state_->header(0);
+    state_->check(state_->file.open(path, block));
+    state_->check(state_->file.append(header));
 }
 
 WaveWriter::~WaveWriter() {
@@ -121,23 +114,16 @@ WaveWriter::~WaveWriter() {
 }
 
 void WaveWriter::write(std::span<const float> samples) {
-    require(state_->file != nullptr && std::ssize(samples) % state_->channels == 0);
+    require(state_->file.isOpen() && std::ssize(samples) % state_->channels == 0);
     // Floats mostly lie in memory as they do in the file.
     const bool alike =
         state_->format == SampleFormat::float32 && std::endian::native == std::endian::little;
-    if (!(alike ? state_->putFloats(samples) : state_->putEncoded(samples)))
-        state_->fail(errno);
-    state_->frames = checkedAdd(state_->frames, std::ssize(samples) / state_->channels);
+    state_->check(state_->file.append(alike ? bytesOf(samples) : state_->encode(samples)));
 }
 
 void WaveWriter::close() {
-    if (state_->file == nullptr)
-        return;
-    int reason = state_->finish() ? 0 : errno;
-    if (std::fclose(std::exchange(state_->file, nullptr)) != 0 && reason == 0)
-        reason = errno;
-    if (reason != 0)
-        state_->fail(reason);
+    if (state_->file.isOpen())
+        state_->check(state_->finish());
 }
 
 }

@@ -118,6 +118,18 @@ TEST(Export, IntegerFormatsAreRoundedToNearest) {
     }
 }
 
+/// Expects the file of `channel` in `folder`, of 10 to 99 channels, to hold that channel of `all`.
+void expectChannel(const std::filesystem::path& folder, std::int64_t channel,
+                   const std::vector<float>& all, std::int64_t channels) {
+    const std::string name = (channel < 10 ? "0" : "") + std::to_string(channel) + ".wav";
+    const Wave wave = readWave(folder / name);
+    EXPECT_EQ(wave.channels, 1);
+    std::vector<float> expected;
+    for (auto sample = channel - 1; sample < std::ssize(all); sample += channels)
+        expected.push_back(all[static_cast<std::size_t>(sample)]);
+    EXPECT_TRUE(wave.interleaved == expected) << name;
+}
+
 TEST(Export, SplitWritesAMonoFileAChannel) {
     const Companion companion;
     const auto target = companion.file("parts");
@@ -132,16 +144,38 @@ TEST(Export, SplitWritesAMonoFileAChannel) {
     }
     const auto all = announced.samples(19200);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(target), {}), 12);
-    for (std::size_t channel = 1; channel <= 12; ++channel) {
-        const std::string name = (channel < 10 ? "0" : "") + std::to_string(channel) + ".wav";
-        const Wave wave = readWave(target / name);
-        EXPECT_EQ(wave.channels, 1);
-        ASSERT_EQ(wave.interleaved.size(), 19200U);
-        bool same = true;
-        for (std::size_t frame = 0; frame < 19200; ++frame)
-            same = same && wave.interleaved[frame] == all[frame * 12 + channel - 1];
-        EXPECT_TRUE(same) << name;
-    }
+    for (std::int64_t channel = 1; channel <= 12; ++channel)
+        expectChannel(target, channel, all, 12);
+}
+
+TEST(Export, SplitFilesOfSeveralBlocksHoldTheirChannel) {
+    const Companion companion;
+    const auto target = companion.file("parts");
+    const Announced announced{64, 192000, -24, 0.2, false, 1, 64};
+    constexpr std::int64_t frames = 144000;
+    const Outcome outcome =
+        companion.run({"export", target, "--split", "--channels", "64", "--rate", "192000", "--all",
+                       "--gap", "0.2", "--seconds", "0.75"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    const auto all = announced.samples(frames);
+    for (const std::int64_t channel : {1, 9, 64})
+        expectChannel(target, channel, all, 64);
+}
+
+TEST(Export, OnAFileSystemInMemoryTheBytesAreTheSame) {
+    if (access("/dev/shm", W_OK) != 0)
+        GTEST_SKIP() << "no file system in memory";
+    const Companion companion;
+    const std::filesystem::path inMemory = "/dev/shm/tallyvox-" + std::to_string(getpid()) + ".wav";
+    for (const auto& target : {companion.file("x.wav"), inMemory})
+        EXPECT_EQ(companion
+                      .run({"export", target, "--channels", "7", "--rate", "48000", "--format",
+                            "pcm24", "--seconds", "2.2"})
+                      .exitCode,
+                  0);
+    EXPECT_EQ(run({.line = {"cmp", companion.file("x.wav"), inMemory}}).exitCode, 0);
+    EXPECT_GT(std::filesystem::file_size(inMemory), 2U << 20U);
+    std::filesystem::remove(inMemory);
 }
 
 /// `command` within `limits`, as the shell's ulimit takes them.

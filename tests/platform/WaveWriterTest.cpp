@@ -7,11 +7,16 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cmath>
+#include <csignal>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <string>
-#include <unistd.h>
 
 namespace tallyvox {
 namespace {
@@ -115,6 +120,57 @@ TEST_F(WaveWriterTest, AFileWithoutFramesIsReadable) {
     EXPECT_TRUE(readBack().empty());
     EXPECT_EQ(info.channels, 2);
     EXPECT_EQ(info.frames, 0);
+}
+
+TEST_F(WaveWriterTest, BlocksHoldTheSameBytes) {
+    const auto written = [this](SampleFormat format, std::int64_t frames, std::size_t block) {
+        std::vector<float> samples(static_cast<std::size_t>(frames));
+        for (std::size_t frame = 0; frame < samples.size(); ++frame)
+            samples[frame] = std::sin(static_cast<float>(frame));
+        WaveWriter writer(path, 1, 48000.0, format, block);
+        const auto half = samples.size() / 2;
+        writer.write(std::span(samples).first(half));
+        writer.write(std::span(samples).subspan(half));
+        writer.close();
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    constexpr std::size_t block = 4096;
+    for (const auto format : {SampleFormat::float32, SampleFormat::pcm24, SampleFormat::pcm16}) {
+        const auto header = waveHeader(1, 48000.0, format, 0).size();
+        for (std::size_t blocks = 1; blocks <= 3; ++blocks) {
+            const auto exact =
+                static_cast<std::int64_t>(blocks * block - header) / bytesPerSample(format);
+            for (std::int64_t frames = exact - 2; frames <= exact + 2; ++frames)
+                EXPECT_EQ(written(format, frames, block), written(format, frames, 0)) << frames;
+        }
+        EXPECT_EQ(written(format, 0, block), written(format, 0, 0));
+    }
+}
+
+TEST_F(WaveWriterTest, WhatFittedStaysReadable) {
+    for (const std::size_t block : {std::size_t{0}, std::size_t{4096}}) {
+        constexpr rlim_t most = 10001;
+        const auto fill = [this, block] {
+            const rlimit limit{most, most};
+            if (signal(SIGXFSZ, SIG_IGN) == SIG_ERR || setrlimit(RLIMIT_FSIZE, &limit) != 0)
+                _exit(3);
+            WaveWriter writer(path, 1, 48000.0, SampleFormat::float32, block);
+            try {
+                writer.write(std::vector<float>(1000, 0.25F));
+                writer.write(std::vector<float>(4000, 0.5F));
+                writer.close();
+            } catch (const Error& error) {
+                writer.close();
+                _exit(error.code() == EFBIG ? 0 : 2);
+            }
+            _exit(1);
+        };
+        EXPECT_EXIT(fill(), testing::ExitedWithCode(0), "");
+        std::vector<float> expected(1000, 0.25F);
+        expected.resize((most - waveHeader(1, 48000.0, SampleFormat::float32, 0).size()) / 4, 0.5F);
+        EXPECT_EQ(readBack(), expected) << block;
+    }
 }
 
 TEST_F(WaveWriterTest, AFolderThatIsMissingIsNamed) {
