@@ -77,9 +77,12 @@ std::int64_t AudioFile::length() const noexcept { return handle_->info.frames; }
 bool AudioFile::read(std::vector<std::vector<float>>& channels) {
     const auto width = static_cast<std::size_t>(handle_->info.channels);
     channels.resize(width);
+    const auto most = static_cast<std::size_t>(length());
     for (auto& channel : channels) {
         channel.clear();
-        channel.reserve(static_cast<std::size_t>(length()));
+        // With room to spare: a somewhat longer file would otherwise begin on fresh pages again.
+        if (channel.capacity() < most)
+            channel.reserve(std::max(most, 2 * channel.capacity()));
     }
     const auto chunk = std::make_unique_for_overwrite<float[]>(width * chunkFrames);
     sf_seek(handle_->file, 0, SEEK_SET);
