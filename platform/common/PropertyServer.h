@@ -17,7 +17,7 @@ namespace tallyvox {
 /// id. Main thread only.
 class PropertyServer : public Hardware {
 public:
-    /// `servers` are listed together; `hardware` only when none of `servers` answers.
+    /// `servers` are listed together; `fallback` only when none of them answers.
     explicit PropertyServer(std::vector<std::unique_ptr<Layer>> servers,
                             std::vector<std::unique_ptr<Layer>> fallback = {});
     ~PropertyServer() override;

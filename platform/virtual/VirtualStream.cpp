@@ -5,6 +5,7 @@
 #include "engine/WaveWriter.h"
 #include "platform/common/RealtimeThread.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <iostream>
@@ -17,6 +18,9 @@ namespace {
 
 /// Frames of one I/O cycle.
 constexpr std::int64_t kPeriod = 512;
+
+/// How long a stop may have to wait for a thread that sleeps until its next cycle.
+constexpr std::chrono::milliseconds kNap{20};
 
 class VirtualStream final : public Stream {
 public:
@@ -70,11 +74,19 @@ private:
                 ++xruns_;
                 first += Clock::now() - due;
             } else {
-                std::this_thread::sleep_until(due);
+                sleepUntil(due);
             }
+            if (thread_.stopping())
+                return;
             callback_(list_.get());
             keep([this](WaveWriter& file) { file.write(samples_); });
         }
+    }
+
+    /// Sleeps until `due`, or until the thread has to stop.
+    void sleepUntil(Clock::time_point due) const {
+        while (Clock::now() < due && !thread_.stopping())
+            std::this_thread::sleep_until(std::min(due, Clock::now() + kNap));
     }
 
     /// Lets `action` work on the recorded file, and gives the file up when that fails.

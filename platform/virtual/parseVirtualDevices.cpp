@@ -21,8 +21,8 @@ std::optional<VirtualDevice> parseDevice(std::string_view word) {
     VirtualDevice device{};
     if (!read(word.substr(0, at), device.channels) || !read(word.substr(at + 1), device.rate))
         return {};
-    const bool served =
-        device.channels >= 1 && device.channels <= 1024 && device.rate >= 0 && device.rate <= 1e6;
+    const bool paced = device.rate == 0 || (device.rate >= 1 && device.rate <= 1e6);
+    const bool served = device.channels >= 1 && device.channels <= 1024 && paced;
     return served ? std::optional(device) : std::nullopt;
 }
 

@@ -14,7 +14,7 @@ namespace tallyvox {
 /// An output that exists in this process only.
 struct VirtualDevice {
     std::int64_t channels; ///< 1 to 1024
-    double rate;           ///< Hz, 0 to 1000000; a device of rate 0 cannot play
+    double rate;           ///< Hz, 1 to 1000000, or 0: a device that cannot play
 
     bool operator==(const VirtualDevice&) const = default;
 };

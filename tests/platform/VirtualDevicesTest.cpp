@@ -23,6 +23,7 @@ TEST(ParseVirtualDevicesTest, AListKeepsItsOrder) {
 TEST(ParseVirtualDevicesTest, RatesMayBeBrokenOrNought) {
     EXPECT_EQ(parseVirtualDevices("2@47952.5"), (Devices{{2, 47952.5}}));
     EXPECT_EQ(parseVirtualDevices("1@0"), (Devices{{1, 0.0}}));
+    EXPECT_EQ(parseVirtualDevices("1@1"), (Devices{{1, 1.0}}));
 }
 
 class UnreadableList : public ::testing::TestWithParam<const char*> {};
@@ -31,9 +32,10 @@ TEST_P(UnreadableList, IsRefused) { EXPECT_EQ(parseVirtualDevices(GetParam()), s
 
 INSTANTIATE_TEST_SUITE_P(ParseVirtualDevicesTest, UnreadableList,
                          ::testing::Values("", "8", "8@", "@48000", "0@48000", "-2@48000",
-                                           "1025@48000", "8@-1", "8@nan", "8@inf", "8@1000001",
-                                           "8@48000,", ",8@48000", "8@48000;2@48000", "8 @48000",
-                                           "8@48000 ", "8x@48000", "99999999999999999999@48000"));
+                                           "1025@48000", "8@-1", "8@0.5", "8@1e-300", "8@nan",
+                                           "8@inf", "8@1000001", "8@48000,", ",8@48000",
+                                           "8@48000;2@48000", "8 @48000", "8@48000 ", "8x@48000",
+                                           "99999999999999999999@48000"));
 
 class VirtualLayerTest : public ::testing::Test {
 protected:
@@ -149,6 +151,22 @@ TEST_F(VirtualLayerTest, NoCallComesAfterAStopAndItStartsAgain) {
         std::this_thread::yield();
         EXPECT_EQ(calls, 0);
     }
+}
+
+TEST_F(VirtualLayerTest, AStopDoesNotWaitForTheNextCycle) {
+    // Between two cycles lie more than eight minutes.
+    const auto layer = makeVirtualLayer({{1, 1.0}}, {});
+    std::atomic<std::int64_t> calls = 0;
+    std::unique_ptr<Stream> stream;
+    ASSERT_EQ(layer->open(
+                  layer->devices()->front().id, [&](AudioBufferList*) { ++calls; }, stream),
+              0);
+    ASSERT_EQ(stream->start(), 0);
+    wait(calls, 1);
+    const auto begin = std::chrono::steady_clock::now();
+    stream->stop();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(VirtualLayerTest, ARecordingThatCannotBeMadeRefusesTheStart) {
