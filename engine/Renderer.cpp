@@ -10,7 +10,7 @@ namespace {
 
 std::int64_t sizeOf(const auto& array) { return static_cast<std::int64_t>(array.size()); }
 
-std::int64_t cycleOf(const std::vector<std::span<const float>>& voices, std::int64_t gapFrames) {
+std::int64_t cycleOf(const std::vector<Voice>& voices, std::int64_t gapFrames) {
     std::int64_t longest = 0;
     for (const auto& voice : voices)
         longest = std::max(longest, sizeOf(voice));
@@ -24,8 +24,8 @@ Renderer::Renderer(std::vector<std::vector<float>> voices, std::vector<bool> ena
     : Renderer(VoiceStore::of(std::move(voices)), std::move(enabled), gain, gapFrames, sequential) {
 }
 
-Renderer::Renderer(VoiceStore voices, std::vector<bool> enabled, float gain, std::int64_t gapFrames,
-                   bool sequential)
+Renderer::Renderer(std::same_as<VoiceStore> auto voices, std::vector<bool> enabled, float gain,
+                   std::int64_t gapFrames, bool sequential)
     : store_(std::move(voices)),
       enabled_(std::move(enabled)),
       gain_(gain),
@@ -41,6 +41,8 @@ Renderer::Renderer(VoiceStore voices, std::vector<bool> enabled, float gain, std
         if (enabled_[static_cast<std::size_t>(g)])
             speakers_.push_back(g);
 }
+
+template Renderer::Renderer(VoiceStore, std::vector<bool>, float, std::int64_t, bool);
 
 /// Turns of a sequential round.
 std::int64_t Renderer::turns() const noexcept {

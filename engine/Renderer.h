@@ -4,6 +4,7 @@
 #include "engine/VoiceStore.h"
 #include "engine/mix.h"
 
+#include <concepts>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -21,9 +22,9 @@ public:
     /// An overflow of the cycle's length is fatal.
     Renderer(std::vector<std::vector<float>> voices, std::vector<bool> enabled, float gain,
              std::int64_t gapFrames, bool sequential);
-    /// The same with voices that already lie as it needs them.
-    Renderer(VoiceStore voices, std::vector<bool> enabled, float gain, std::int64_t gapFrames,
-             bool sequential);
+    /// The same with voices that already lie as it needs them. Braces mean arrays, never a store.
+    Renderer(std::same_as<VoiceStore> auto voices, std::vector<bool> enabled, float gain,
+             std::int64_t gapFrames, bool sequential);
 
     /// Real-time: overwrites every whole frame of every buffer that has memory, and advances the
     /// position by the longest buffer's frames. A channel with a voice but no flag, a negative
@@ -31,7 +32,7 @@ public:
     void render(AudioBufferList* list) noexcept;
 
     /// The voices as they were given; they live as long as the renderer.
-    const std::vector<std::span<const float>>& voices() const noexcept { return store_.voices(); }
+    const std::vector<Voice>& voices() const noexcept { return store_.voices(); }
     const std::vector<bool>& enabled() const noexcept { return enabled_; }
     float gain() const noexcept { return gain_; }
     /// Frames of one repetition, at least 1.

@@ -12,7 +12,6 @@ namespace tallyvox {
 namespace {
 
 using Samples = std::vector<float>;
-using testing::ElementsAreArray;
 using Voices = std::vector<std::vector<float>>;
 
 constexpr auto most = std::numeric_limits<std::int64_t>::max();
@@ -29,9 +28,13 @@ GuardedBuffers rendered(Renderer& renderer, std::vector<GuardedBuffers::Shape> s
 TEST(Renderer, KeepsWhatItWasGiven) {
     const Voices voices{{1, 2, 3}, {4}};
     const Renderer renderer(voices, {true, false}, 0.5F, 4, true);
-    ASSERT_EQ(renderer.voices().size(), 2U);
-    EXPECT_THAT(renderer.voices()[0], ElementsAreArray(voices[0]));
-    EXPECT_THAT(renderer.voices()[1], ElementsAreArray(voices[1]));
+    EXPECT_EQ(renderer.voices(), voices);
+    EXPECT_NE(renderer.voices(), (Voices{{1, 2, 3}, {5}}));
+    EXPECT_NE(renderer.voices(), (Voices{{1, 2, 3}}));
+    EXPECT_EQ(renderer.voices(), renderer.voices());
+    const std::vector<float> samples = renderer.voices()[0];
+    EXPECT_EQ(samples, voices[0]);
+    EXPECT_EQ(samples, renderer.voices()[0]);
     EXPECT_EQ(renderer.enabled(), (std::vector<bool>{true, false}));
     EXPECT_EQ(renderer.gain(), 0.5F);
     EXPECT_EQ(renderer.cycle(), 7);
@@ -47,6 +50,11 @@ TEST(Renderer, TheCycleIsTheLongestVoiceAndTheGapButAtLeastOneFrame) {
     EXPECT_EQ(Renderer(Voices{}, {}, 1, 9, false).cycle(), 9);
     EXPECT_EQ(Renderer(Voices{}, {}, 1, 0, false).cycle(), 1);
     EXPECT_EQ(Renderer(Voices{}, {}, 1, most, false).cycle(), most);
+}
+
+TEST(Renderer, BracesMeanArrays) {
+    EXPECT_EQ(Renderer({}, {}, 1, 5, false).cycle(), 5);
+    EXPECT_EQ(Renderer({{}}, {true}, 1, 5, false).voices(), Voices(1));
 }
 
 TEST(Renderer, ACycleThatOverflowsStopsTheProcess) {
