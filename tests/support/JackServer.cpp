@@ -15,6 +15,8 @@
 namespace tallyvox {
 namespace {
 
+using namespace std::chrono_literals;
+
 /// A command line whose program ends with the test even where the test is killed: only eight jackd
 /// fit a machine.
 std::vector<std::string> bound(std::vector<std::string> line) {
@@ -49,7 +51,7 @@ int lockName(std::string& name) {
                 return lock;
             close(lock);
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        std::this_thread::sleep_for(100ms);
     }
 }
 
@@ -90,12 +92,21 @@ void JackServer::start() {
           std::to_string(1'000'000LL * setup_.period / setup_.rate)})
         line.push_back(text);
     process_ = std::make_unique<Process>(Command{.line = line});
-    const auto answers = [this] {
-        const auto state = run({.line = {"jack_wait", "--server", name_, "--check"}});
-        return state.out.starts_with("running");
-    };
-    if (!eventually(answers))
+    if (answers(10s))
+        return;
+    // A program that was killed while it became a client leaves the labels of all servers of its
+    // user locked, and no further server starts.
+    process_->send(SIGKILL);
+    process_->end();
+    std::filesystem::remove_all("/dev/shm/jack_db-" + std::to_string(getuid()));
+    process_ = std::make_unique<Process>(Command{.line = line});
+    if (!answers(20s))
         throw std::runtime_error("jackd does not start: " + process_->out() + process_->err());
+}
+
+bool JackServer::answers(std::chrono::milliseconds patience) const {
+    const Command question{.line = {"jack_wait", "--server", name_, "--check"}};
+    return eventually([&] { return run(question, patience).out.starts_with("running"); }, patience);
 }
 
 JackOutput::JackOutput(const std::string& name, int channels)

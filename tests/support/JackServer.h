@@ -3,6 +3,7 @@
 #include "tests/support/Process.h"
 #include "tests/support/eventually.h"
 
+#include <chrono>
 #include <csignal>
 #include <memory>
 #include <string>
@@ -38,6 +39,8 @@ public:
     Process& process() { return *process_; }
 
 private:
+    bool answers(std::chrono::milliseconds patience) const;
+
     const Setup setup_;
     std::string name_;
     int lock_; ///< on the name, held by every program that was started meanwhile
