@@ -73,10 +73,14 @@ TEST_P(HostilePipewireTest, IsSurvivedByAList) {
     survive({"list"}, GetParam() == Worst::hush ? 2 : 6);
 }
 
-/// What a server says of the memory that both share, its library believes: there it only fails.
-class FailingPipewireTest : public HostilePipewireTest {};
+/// The same where a stream plays. What a server says of the memory that both share its library
+/// believes: one that lies is met at length only, where TALLYVOX_ROUNDS is set.
+class PlayedPipewireTest : public HostilePipewireTest {};
 
-TEST_P(FailingPipewireTest, IsSurvivedByAnAnnouncement) {
+TEST_P(PlayedPipewireTest, IsSurvivedByAnAnnouncement) {
+    const bool lies = GetParam() == Worst::flip || GetParam() == Worst::garble;
+    if (lies && environmentNumber("TALLYVOX_ROUNDS", 0) == 0)
+        GTEST_SKIP() << "TALLYVOX_ROUNDS is not set";
     survive({"play", "--output", "Left", "--all", "--seconds", "0.2"},
             GetParam() == Worst::die ? 3 : 1);
 }
@@ -87,12 +91,9 @@ std::string nameOf(const testing::TestParamInfo<Worst>& worst) {
     return names.at(static_cast<std::size_t>(worst.param));
 }
 
-INSTANTIATE_TEST_SUITE_P(Server, HostilePipewireTest,
-                         testing::Values(Worst::die, Worst::hush, Worst::flip, Worst::garble,
-                                         Worst::strip),
-                         nameOf);
-INSTANTIATE_TEST_SUITE_P(Server, FailingPipewireTest,
-                         testing::Values(Worst::die, Worst::hush, Worst::strip), nameOf);
+constexpr std::array all{Worst::die, Worst::hush, Worst::flip, Worst::garble, Worst::strip};
+INSTANTIATE_TEST_SUITE_P(Server, HostilePipewireTest, testing::ValuesIn(all), nameOf);
+INSTANTIATE_TEST_SUITE_P(Server, PlayedPipewireTest, testing::ValuesIn(all), nameOf);
 
 }
 }
