@@ -4,8 +4,6 @@
 
 #include <xcb/xcb.h>
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -22,11 +20,19 @@ xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
+/// Whether the display that the environment names is there.
+bool answersX11() {
+    xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
+    const bool answers = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return answers;
+}
+
 }
 
 bool hasDisplay() {
-    return std::ranges::any_of(std::array{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"},
-                               [](const char* name) { return !qEnvironmentVariableIsEmpty(name); });
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || answersX11();
 }
 
 /// Without this the toolkit asks once, when it starts, whether anybody listens.

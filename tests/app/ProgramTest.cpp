@@ -183,5 +183,15 @@ TEST_F(Program, WantsADisplayForItsWindowWhereItIsGivenAnyOtherWord) {
     }
 }
 
+TEST_F(Program, WantsADisplayThatAnswers) {
+    Command window = command({});
+    std::erase(window.unset, "DISPLAY");
+    window.set["DISPLAY"] = ":4711";
+    const Outcome ended = run(window);
+    EXPECT_EQ(ended.exitCode, 1);
+    EXPECT_EQ(ended.signal, 0);
+    EXPECT_THAT(ended.err, HasSubstr("no display"));
+}
+
 }
 }
