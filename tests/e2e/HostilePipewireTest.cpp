@@ -73,14 +73,10 @@ TEST_P(HostilePipewireTest, IsSurvivedByAList) {
     survive({"list"}, GetParam() == Worst::hush ? 2 : 6);
 }
 
-/// The same where a stream plays. What a server says of the memory that both share its library
-/// believes: one that lies is met at length only, where TALLYVOX_ROUNDS is set.
+/// The same where a stream plays.
 class PlayedPipewireTest : public HostilePipewireTest {};
 
 TEST_P(PlayedPipewireTest, IsSurvivedByAnAnnouncement) {
-    const bool lies = GetParam() == Worst::flip || GetParam() == Worst::garble;
-    if (lies && environmentNumber("TALLYVOX_ROUNDS", 0) == 0)
-        GTEST_SKIP() << "TALLYVOX_ROUNDS is not set";
     survive({"play", "--output", "Left", "--all", "--seconds", "0.2"},
             GetParam() == Worst::die ? 3 : 1);
 }
@@ -91,9 +87,20 @@ std::string nameOf(const testing::TestParamInfo<Worst>& worst) {
     return names.at(static_cast<std::size_t>(worst.param));
 }
 
-constexpr std::array all{Worst::die, Worst::hush, Worst::flip, Worst::garble, Worst::strip};
-INSTANTIATE_TEST_SUITE_P(Server, HostilePipewireTest, testing::ValuesIn(all), nameOf);
-INSTANTIATE_TEST_SUITE_P(Server, PlayedPipewireTest, testing::ValuesIn(all), nameOf);
+/// What a server says of the memory that it shares with a stream its library believes: one that
+/// lies then is met at length only, where TALLYVOX_ROUNDS is set.
+std::vector<Worst> whilePlaying() {
+    std::vector<Worst> worst{Worst::die, Worst::hush, Worst::strip};
+    if (environmentNumber("TALLYVOX_ROUNDS", 0) > 0)
+        worst.insert(worst.end(), {Worst::flip, Worst::garble});
+    return worst;
+}
+
+INSTANTIATE_TEST_SUITE_P(Server, HostilePipewireTest,
+                         testing::Values(Worst::die, Worst::hush, Worst::flip, Worst::garble,
+                                         Worst::strip),
+                         nameOf);
+INSTANTIATE_TEST_SUITE_P(Server, PlayedPipewireTest, testing::ValuesIn(whilePlaying()), nameOf);
 
 }
 }
