@@ -1,10 +1,13 @@
 #include "app/Launcher.h"
 
+#include "base/standardStreams.h"
+
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 
 int main() {
+    tallyvox::occupyStandardStreams();
     try {
         tallyvox::Launcher::main();
         if (!std::cout.flush()) {

@@ -2,7 +2,6 @@
 
 #include "base/Error.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -22,14 +21,6 @@ void write(std::FILE* file, std::string_view text) {
     static_cast<void>(std::fflush(file));
 }
 
-}
-
-void occupyStandardStreams() {
-    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        // The wrong way round; what is opened gets the lowest number that is free.
-        if (fcntl(descriptor, F_GETFD) == -1)
-            static_cast<void>(open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
-    }
 }
 
 void print(std::string_view line) {

@@ -4,10 +4,6 @@
 
 namespace tallyvox {
 
-/// Occupies the standard streams that are closed, so that no file or pipe opened later is taken for
-/// one of them. Reading from them and writing to them fails as before.
-void occupyStandardStreams();
-
 /// Writes a line of results to standard output, at once. A failure shows in `checkOutput`.
 void print(std::string_view line);
 

@@ -1,4 +1,5 @@
 #include "base/Error.h"
+#include "base/standardStreams.h"
 #include "ctl/ManualFormatter.h"
 #include "ctl/console.h"
 #include "ctl/verbs.h"
