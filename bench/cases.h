@@ -13,4 +13,7 @@ void registerLoading();
 /// Prints how the longest of many calls compares with the machine's own interruptions.
 void printJitter();
 
+/// Prints what a call takes after something else had the caches for itself.
+void printCold();
+
 }

@@ -18,4 +18,5 @@ int main(int argc, char** argv) {
     tallyvox::Table table;
     benchmark::RunSpecifiedBenchmarks(&table);
     tallyvox::printJitter();
+    tallyvox::printCold();
 }
