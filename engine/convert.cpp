@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <numeric>
 
@@ -81,10 +82,10 @@ struct Block {
     std::array<float, capacity> fractions;
 };
 
-/// The samples of the source on either side of those of a block.
+/// The samples of the source on either side of one of a block, which one access fetches.
 struct Neighbours {
-    std::array<float, capacity> before;
-    std::array<float, capacity> after;
+    float before;
+    float after;
 };
 
 /// How far it is from block to block.
@@ -126,15 +127,13 @@ void locate(const Source& source, std::size_t i, std::size_t count, Block& block
 
 /// `samples` is where the block's index 0 lies.
 void convertBlock(const Block& block, const float* samples, float divisor, std::span<float> out) {
-    Neighbours found; // NOLINT(cppcoreguidelines-pro-type-member-init): written before it is read
-    auto& [before, after] = found;
-    for (std::size_t j = 0; j < out.size(); ++j) {
-        before[j] = samples[block.indices[j]];
-        after[j] = samples[block.indices[j] + 1];
-    }
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): written before it is read
+    std::array<Neighbours, capacity> found;
+    for (std::size_t j = 0; j < out.size(); ++j)
+        std::memcpy(&found[j], samples + block.indices[j], sizeof(Neighbours));
     for (std::size_t j = 0; j < out.size(); ++j) {
         const float frac = block.fractions[j];
-        out[j] = ((1 - frac) * before[j] + after[j] * frac) / divisor;
+        out[j] = ((1 - frac) * found[j].before + found[j].after * frac) / divisor;
     }
 }
 
