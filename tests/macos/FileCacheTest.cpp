@@ -4,23 +4,23 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <cstdlib>
+#include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 namespace tallyvox {
 namespace {
 
 TEST(FileCacheTest, WhereTheSystemRefusesEverythingArrivesAllTheSame) {
     const TemporaryFolder folder;
-    std::string probe = folder.path() / "XXXXXX";
-    const int descriptor = mkstemp(probe.data());
-    ASSERT_GE(descriptor, 0);
-    EXPECT_FALSE(bypassFileCache(descriptor, true));
-    close(descriptor);
+    const std::string probe = folder.path() / "probe";
+    std::FILE* const probed = std::fopen(probe.c_str(), "w");
+    ASSERT_NE(probed, nullptr);
+    EXPECT_FALSE(bypassFileCache(fileno(probed), true));
+    EXPECT_EQ(std::fclose(probed), 0);
 
     const std::vector<std::uint8_t> bytes(10000, 'x');
     OutputFile file;
