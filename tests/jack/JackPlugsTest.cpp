@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <ostream>
 #include <thread>
 #include <vector>
 
@@ -132,14 +133,25 @@ TEST_F(JackPlugsTest, AServerThatReturnsAtAnotherRateIsListedAtThatRate) {
 }
 
 /// A server that is killed, or held, in the middle of a start that takes a while.
-class JackPlugsDuringStart : public JackPlugsTest, public testing::WithParamInterface<int> {};
+/// What happens to the server, and when: it is still told of the connections, or has made them all
+/// and owes the first cycles.
+struct Plug {
+    int signal;
+    std::chrono::milliseconds after;
+
+    friend std::ostream& operator<<(std::ostream& out, const Plug& plug) {
+        return out << "signal " << plug.signal << " after " << plug.after.count() << " ms";
+    }
+};
+
+class JackPlugsDuringStart : public JackPlugsTest, public testing::WithParamInterface<Plug> {};
 
 TEST_P(JackPlugsDuringStart, GiveAStatusInTime) {
     JackOutput wide("wide", 200);
     ASSERT_EQ(open(await(*layer_, "wide").id), 0);
     std::jthread plug([&] {
-        std::this_thread::sleep_for(10ms);
-        server_->process().send(GetParam());
+        std::this_thread::sleep_for(GetParam().after);
+        server_->process().send(GetParam().signal);
     });
     std::int32_t status = 0;
     EXPECT_LT(duration([&] {
@@ -151,7 +163,7 @@ TEST_P(JackPlugsDuringStart, GiveAStatusInTime) {
     plug.join();
     EXPECT_LT(duration([&] { stream_.reset(); }), kHang);
     const auto calls = signal_.calls();
-    if (GetParam() == SIGKILL) {
+    if (GetParam().signal == SIGKILL) {
         wide.remove();
         server_->process().end();
         server_->start();
@@ -162,7 +174,9 @@ TEST_P(JackPlugsDuringStart, GiveAStatusInTime) {
     expectRecovery();
 }
 
-INSTANTIATE_TEST_SUITE_P(Plugs, JackPlugsDuringStart, testing::Values(SIGKILL, SIGSTOP));
+INSTANTIATE_TEST_SUITE_P(Plugs, JackPlugsDuringStart,
+                         testing::Values(Plug{SIGKILL, 10ms}, Plug{SIGSTOP, 10ms},
+                                         Plug{SIGSTOP, 30ms}));
 
 TEST_F(JackPlugsTest, AKilledServerEndsTheListAndTheCallbacks) {
     play();

@@ -25,7 +25,8 @@ constexpr milliseconds kFresh{20};
 constexpr milliseconds kStarting{1500};
 /// For the first cycles of a server that otherwise answers.
 constexpr milliseconds kRunning{1200};
-constexpr milliseconds kStopping{1000};
+/// Together with the former less than two seconds, for a start that fails ends with a stop.
+constexpr milliseconds kStopping{500};
 constexpr milliseconds kClosing{500};
 
 class JackStream : public Stream {
