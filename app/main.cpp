@@ -1,5 +1,4 @@
 #include "app/Launcher.h"
-
 #include "base/standardStreams.h"
 
 #include <cstdlib>

@@ -17,9 +17,9 @@ constexpr double bound = 10; ///< per cent of the buffer's time
 constexpr std::size_t line = 64;
 
 /// Memory of more than any cache holds: when it has been walked through, nothing else is in one.
-class Crowd {
+class OtherMemory {
 public:
-    void enter() {
+    void walkThrough() {
         for (std::size_t i = 0; i < bytes_.size(); i += line)
             ++bytes_[i];
     }
@@ -28,13 +28,13 @@ private:
     std::vector<unsigned char> bytes_ = std::vector<unsigned char>(std::size_t{512} << 20U);
 };
 
-void measure(Crowd& crowd, bool split, std::int64_t frames) {
+void measure(OtherMemory& other, bool split, std::int64_t frames) {
     const auto renderer = Scene::renderer(channels, false);
     renderer->setPosition(0);
     SceneBuffers buffers(channels, split, frames);
     std::vector<double> times;
     while (times.size() < calls) {
-        crowd.enter();
+        other.walkThrough();
         const auto start = std::chrono::steady_clock::now();
         renderer->render(buffers.list());
         const std::chrono::duration<double, std::micro> taken =
@@ -54,10 +54,10 @@ void measure(Crowd& crowd, bool split, std::int64_t frames) {
 void printCold() {
     std::printf("\n## With nothing in the caches\n\n| wall time of a call | median | longest | of "
                 "the buffer's time | goal |\n|---|--:|--:|--:|---|\n");
-    Crowd crowd;
+    OtherMemory other;
     for (const bool split : {true, false})
         for (const std::int64_t frames : {32, 64, 256, 1024})
-            measure(crowd, split, frames);
+            measure(other, split, frames);
 }
 
 }

@@ -45,6 +45,15 @@ protected:
     }
     void TearDown() override { std::filesystem::remove(record); }
 
+    /// A stream to the first device of `layer`, which counts its calls.
+    static std::unique_ptr<Stream> counting(Layer& layer, std::atomic<std::int64_t>& calls) {
+        std::unique_ptr<Stream> stream;
+        EXPECT_EQ(layer.open(
+                      layer.devices()->front().id, [&](AudioBufferList*) { ++calls; }, stream),
+                  0);
+        return stream;
+    }
+
     static void wait(const std::atomic<std::int64_t>& count, std::int64_t least) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (count < least && std::chrono::steady_clock::now() < end)
@@ -123,10 +132,7 @@ TEST_F(VirtualLayerTest, WhatTheCallbackWritesIsRecordedExactly) {
 TEST_F(VirtualLayerTest, ItIsPacedInRealTime) {
     const auto layer = makeVirtualLayer({{1, 48000.0}}, {});
     std::atomic<std::int64_t> calls = 0;
-    std::unique_ptr<Stream> stream;
-    ASSERT_EQ(layer->open(
-                  layer->devices()->front().id, [&](AudioBufferList*) { ++calls; }, stream),
-              0);
+    const auto stream = counting(*layer, calls);
     const auto begin = std::chrono::steady_clock::now();
     ASSERT_EQ(stream->start(), 0);
     wait(calls, 21);
@@ -137,10 +143,7 @@ TEST_F(VirtualLayerTest, ItIsPacedInRealTime) {
 TEST_F(VirtualLayerTest, NoCallComesAfterAStopAndItStartsAgain) {
     const auto layer = makeVirtualLayer({{1, 1000000.0}}, {});
     std::atomic<std::int64_t> calls = 0;
-    std::unique_ptr<Stream> stream;
-    ASSERT_EQ(layer->open(
-                  layer->devices()->front().id, [&](AudioBufferList*) { ++calls; }, stream),
-              0);
+    const auto stream = counting(*layer, calls);
     stream->stop();
     for (int round = 0; round < 20; ++round) {
         ASSERT_EQ(stream->start(), 0);
@@ -157,10 +160,7 @@ TEST_F(VirtualLayerTest, AStopDoesNotWaitForTheNextCycle) {
     // Between two cycles lie more than eight minutes.
     const auto layer = makeVirtualLayer({{1, 1.0}}, {});
     std::atomic<std::int64_t> calls = 0;
-    std::unique_ptr<Stream> stream;
-    ASSERT_EQ(layer->open(
-                  layer->devices()->front().id, [&](AudioBufferList*) { ++calls; }, stream),
-              0);
+    const auto stream = counting(*layer, calls);
     ASSERT_EQ(stream->start(), 0);
     wait(calls, 1);
     const auto begin = std::chrono::steady_clock::now();
